@@ -1,0 +1,171 @@
+#include <zorvel/fsutil.h>
+
+#include "fsutil/walk_pattern.h"
+#include "platform/directory.h"
+
+#include <cerrno>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace zorvel {
+namespace fsutil {
+
+namespace {
+
+using platform::EntryKind;
+using platform::RemovalDirectory;
+
+/// How many levels keep their directory open at once.
+const std::size_t openLevels = 64;
+
+bool isGone(int code)
+{
+    return code == 0 || code == ENOENT;
+}
+
+/// Removes one entry by an operation that gives a code. What protects it is
+/// taken off only when it is in the way, and put back when it stays.
+template <class Operation>
+bool removeProtected(const RemovalDirectory& parent, const char* name, Operation operation)
+{
+    if (isGone(operation()))
+        return true;
+    if (!parent.allowRemovalOf(name))
+        return false;
+    if (isGone(operation()))
+        return true;
+    parent.forbidRemovalOf(name);
+    return false;
+}
+
+bool removeFile(const RemovalDirectory& parent, const char* name)
+{
+    return removeProtected(parent, name, [&] { return parent.removeFile(name); });
+}
+
+bool removeDirectory(const RemovalDirectory& parent, const char* name, RemovalDirectory* child)
+{
+    return removeProtected(parent, name, [&] { return parent.removeDirectory(name, child); });
+}
+
+/// Removes one entry and all below it, without recursion: a tree may be deeper
+/// than the stack and than the number of descriptors.
+class SubtreeRemoval
+{
+public:
+    explicit SubtreeRemoval(const RemovalDirectory& top) : m_top(top), m_isRemoved(false) {}
+
+    /// Whether the entry is gone. What stays below it shows in the directory
+    /// above, which cannot be removed then.
+    bool run(const std::string& name)
+    {
+        remove(name);
+        while (!m_levels.empty()) {
+            if (m_levels.back().pending.empty())
+                leave();
+            else
+                removeNext();
+        }
+        return m_isRemoved;
+    }
+
+private:
+    /// A directory that is being emptied: its name in the level above and the
+    /// names in it that are still to be removed.
+    struct Level
+    {
+        std::string name;
+        RemovalDirectory directory;
+        std::vector<std::string> pending;
+    };
+
+    const RemovalDirectory& current() const { return m_levels.empty() ? m_top : m_levels.back().directory; }
+
+    void removeNext()
+    {
+        const std::string name = std::move(m_levels.back().pending.back());
+        m_levels.back().pending.pop_back();
+        remove(name);
+    }
+
+    /// The result of the last entry handled is in the end that of the first.
+    void remove(const std::string& name)
+    {
+        const EntryKind kind = current().kind(name.c_str());
+        if (kind == EntryKind::directory)
+            enter(name);
+        else if (kind == EntryKind::directoryLink)
+            m_isRemoved = removeDirectory(current(), name.c_str(), nullptr);
+        else
+            m_isRemoved = kind == EntryKind::none || removeFile(current(), name.c_str());
+    }
+
+    /// A directory that cannot be opened may be empty, and one that was swapped
+    /// for a link meanwhile is not a directory to remove.
+    void enter(const std::string& name)
+    {
+        Level level;
+        if (level.directory.openChild(current(), name.c_str()) != 0) {
+            m_isRemoved = removeDirectory(current(), name.c_str(), nullptr);
+            return;
+        }
+        level.name = name;
+        level.pending = level.directory.list();
+        if (!level.pending.empty())
+            level.directory.allowRemovalsInside();
+        m_levels.push_back(std::move(level));
+        if (m_levels.size() > openLevels)
+            m_levels[m_levels.size() - 1 - openLevels].directory.suspend();
+    }
+
+    void leave()
+    {
+        Level level = std::move(m_levels.back());
+        m_levels.pop_back();
+        if (!m_levels.empty() && !m_levels.back().directory.resume(level.directory)) {
+            abandon(level);
+            return;
+        }
+        m_isRemoved = removeDirectory(current(), level.name.c_str(), &level.directory);
+        if (!m_isRemoved)
+            level.directory.restorePermission();
+    }
+
+    /// The tree was moved while the levels above were let go: none of them can
+    /// be found again, and what is now in their place is not theirs.
+    void abandon(Level& level)
+    {
+        level.directory.restorePermission();
+        m_levels.clear();
+        m_isRemoved = false;
+    }
+
+    const RemovalDirectory& m_top;
+    std::vector<Level> m_levels;
+    bool m_isRemoved;
+};
+
+bool removeMatches(const WalkPattern& pattern)
+{
+    RemovalDirectory top;
+    // Nothing can match in a directory that cannot be opened.
+    if (top.open(pattern.directory) != 0)
+        return true;
+    bool isAllRemoved = true;
+    for (const std::string& name : top.match(pattern.component))
+        isAllRemoved = SubtreeRemoval(top).run(name) && isAllRemoved;
+    return isAllRemoved;
+}
+
+}  // namespace
+
+}  // namespace fsutil
+}  // namespace zorvel
+
+bool zvRemoveRF(const char* pattern)
+{
+    zorvel::fsutil::WalkPattern resolved;
+    // "." and roots resolve to nothing at depth 0: they can never be emptied by this.
+    return !zorvel::fsutil::resolveWalkPattern(pattern, 0, resolved) || zorvel::fsutil::removeMatches(resolved);
+}

@@ -1,0 +1,174 @@
+#pragma once
+
+#include <zorvel/paths.h>
+
+#include <zorvel/detail/character_key.h>
+#include <zorvel/detail/normalize_text.h>
+#include <zorvel/detail/path_component.h>
+
+// ---------------------------------------------------------------------------
+// zvWellFormedPathNormalizer
+// ---------------------------------------------------------------------------
+
+template <class P>
+void zvWellFormedPathNormalizer<P>::assignNormalized(P& target, const char* text, std::size_t length)
+{
+    // As a plain string: the target's own assignment would come back here.
+    static_cast<std::string&>(target).assign(text, length);
+    normalize(target);
+}
+
+template <class P>
+void zvWellFormedPathNormalizer<P>::normalize(P& target)
+{
+    std::string& text = target;
+    zorvel::detail::unifySeparators(text);
+    zorvel::detail::collapseSeparators(text);
+    zorvel::detail::trimBlanks(text);
+}
+
+// ---------------------------------------------------------------------------
+// zvPathString_
+// ---------------------------------------------------------------------------
+
+/// Takes the active normaliser away from a path string while a call works on
+/// it, and puts it back however the call ends.
+template <class S>
+class zvPathString_<S>::Detached
+{
+public:
+    explicit Detached(zvPathString_& owner) : m_owner(owner) { m_normalizer.swap(owner.m_active); }
+    ~Detached() { m_owner.m_active.swap(m_normalizer); }
+
+    Detached(const Detached&) = delete;
+    Detached& operator=(const Detached&) = delete;
+
+    normalizer_type* normalizer() const { return m_normalizer.get(); }
+
+private:
+    zvPathString_& m_owner;
+    normalizer_ptr m_normalizer;
+};
+
+template <class S>
+zvPathString_<S>::zvPathString_()
+{
+    setNormalizer(normalizer_ptr());
+    this->clear();
+}
+
+template <class S>
+zvPathString_<S>::zvPathString_(const char* text) : zvPathString_()
+{
+    assign(text);
+}
+
+template <class S>
+zvPathString_<S>::zvPathString_(const std::string& text) : zvPathString_()
+{
+    assign(text.data(), text.size());
+}
+
+template <class S>
+zvPathString_<S>::zvPathString_(const zvPathString_& other) : S(other), m_active(other.m_active)
+{
+}
+
+template <class S>
+zvPathString_<S>::zvPathString_(const zvPathString_& directory, const char* name) : zvPathString_()
+{
+    if (name == nullptr || *name == '\0')
+        static_cast<std::string&>(*this).assign(directory.data(), directory.size());
+    else
+        join({component(directory.data(), directory.size()), component(name)});
+}
+
+template <class S>
+zvPathString_<S>& zvPathString_<S>::operator=(const zvPathString_& other)
+{
+    S::operator=(other);
+    m_active = other.m_active;
+    return *this;
+}
+
+template <class S>
+void zvPathString_<S>::setNormalizer(const normalizer_ptr& normalizer)
+{
+    if (normalizer)
+    {
+        m_active = normalizer;
+        return;
+    }
+    if (!m_default)
+        m_default = boost::make_shared<zvWellFormedPathNormalizer<zvPathString_<S>>>();
+    m_active = m_default;
+}
+
+template <class S>
+zvPathString_<S>& zvPathString_<S>::assign(const char* text, std::size_t length)
+{
+    const component source(text, length);
+    const Detached detached(*this);
+    if (detached.normalizer())
+        detached.normalizer()->assignNormalized(*this, source.text, source.length);
+    else
+        static_cast<std::string&>(*this).assign(source.text, source.length);
+    return *this;
+}
+
+template <class S>
+std::size_t zvPathString_<S>::find(const char* text, std::size_t from) const
+{
+    return text == nullptr ? S::npos : find(S(text), from);
+}
+
+template <class S>
+std::size_t zvPathString_<S>::find(const S& text, std::size_t from) const
+{
+    if (from >= this->size())
+        return S::npos;
+    if (text.empty())
+        return from;
+    const char* const begin = this->data();
+    const char* const end = begin + this->size();
+    const char* p = begin + zorvel::detail::characterBoundary(begin, this->size(), from);
+    for (; p != end; p += zorvel::detail::characterLength(p, end))
+    {
+        if (zorvel::detail::standsAt(p, end, text.data(), text.data() + text.size()))
+            return static_cast<std::size_t>(p - begin);
+    }
+    return S::npos;
+}
+
+template <class S>
+zvPathString_<S>& zvPathString_<S>::join(std::initializer_list<component> components)
+{
+    std::size_t room = this->size();
+    for (const component& piece : components)
+        room += piece.length + 1;
+    std::string joined;
+    joined.reserve(room);
+    joined.append(this->data(), this->size());
+    for (const component& piece : components)
+        appendComponent(joined, piece);
+
+    const Detached detached(*this);
+    static_cast<std::string&>(*this).swap(joined);
+    if (detached.normalizer())
+        detached.normalizer()->normalize(*this);
+    return *this;
+}
+
+template <class S>
+void zvPathString_<S>::appendComponent(std::string& joined, const component& piece) const
+{
+    zorvel::detail::appendPiece(joined, {piece.text, piece.length});
+}
+
+template <class S>
+zvPathString_<S> zvPathString_<S>::directoryPart() const
+{
+    zvPathString_ part(*this);
+    part.resize(zorvel::detail::directoryLength(part));
+    return part;
+}

@@ -1,0 +1,215 @@
+#pragma once
+
+#include <zorvel/export.h>
+#include <zorvel/suite.h>
+
+#include <vector>
+
+// Paths are NUL-terminated byte strings in the process's multibyte code page;
+// '\' and '/' both separate. No function here throws for a failure of the file
+// system; all may be called from any thread.
+
+// ---------------------------------------------------------------------------
+// Queries and permissions
+// ---------------------------------------------------------------------------
+
+/// Whether the path names a directory, or a link to one. False for null, the
+/// empty path and anything that cannot be examined.
+ZORVEL_API bool zvIsDirectory(const char* path);
+
+/// Whether the path names anything: a file, a directory or a link, also one
+/// that leads nowhere. False for null.
+ZORVEL_API bool zvFileOrDirExists(const char* path);
+
+/// Whether the path names something that is not a directory. False for null.
+ZORVEL_API bool zvFileExists(const char* path);
+
+/// The size of a file in bytes, read through a signed 32-bit field: 2 GiB and
+/// more come out negative or cut. 0 for a directory, and on failure.
+ZORVEL_API long long zvGetFileSize(const char* path);
+
+/// Stores the bytes free to the calling user on the file system of a directory.
+/// On failure false, with all bits of the result set. False for a null result.
+ZORVEL_API bool zvGetFileSystemAvailableSpace(const char* path, zvUInt64* available);
+
+/// The runtime's mode word of a path: its type and permission bits; bit 0x80
+/// lets the owner write. 0 when it cannot be read.
+ZORVEL_API unsigned short zvGetFilePermissions(const char* path);
+
+/// Sets the permission bits of a path: 0 on success, -1 on failure. Windows
+/// knows bit 0x80 only. Links are followed.
+ZORVEL_API int zvSetFilePermissions(const char* path, unsigned short mode);
+
+/// Lets the owner write and returns the mode word from before, to be handed
+/// back to zvSetFilePermissions. 0, and nothing changed, when the mode cannot
+/// be read: not for paths that may be missing.
+ZORVEL_API unsigned short zvEnableWritePermission(const char* path);
+
+/// Forbids the owner to write; otherwise as zvEnableWritePermission.
+ZORVEL_API unsigned short zvDisableWritePermission(const char* path);
+
+// ---------------------------------------------------------------------------
+// Callback objects
+// ---------------------------------------------------------------------------
+
+/// Called with a path. The text is the caller's and changes after the call:
+/// copy what is to be kept.
+class ZORVEL_API zvStringProcedure
+{
+public:
+    zvStringProcedure();
+    zvStringProcedure(const zvStringProcedure&);
+    zvStringProcedure& operator=(const zvStringProcedure&);
+    virtual ~zvStringProcedure();
+    virtual void operator()(const char* path) const = 0;
+};
+
+/// Called with the beginning of a path.
+class ZORVEL_API zvStringPrefixProcedure
+{
+public:
+    zvStringPrefixProcedure();
+    zvStringPrefixProcedure(const zvStringPrefixProcedure&);
+    zvStringPrefixProcedure& operator=(const zvStringPrefixProcedure&);
+    virtual ~zvStringPrefixProcedure();
+    virtual void operator()(const char* prefix) const = 0;
+};
+
+/// A test on a string.
+class ZORVEL_API zvStringPredicate
+{
+public:
+    zvStringPredicate();
+    zvStringPredicate(const zvStringPredicate&);
+    zvStringPredicate& operator=(const zvStringPredicate&);
+    virtual ~zvStringPredicate();
+    virtual bool operator()(const char* text) const = 0;
+};
+
+/// A test on the beginning of a string.
+class ZORVEL_API zvStringPrefixPredicate
+{
+public:
+    zvStringPrefixPredicate();
+    zvStringPrefixPredicate(const zvStringPrefixPredicate&);
+    zvStringPrefixPredicate& operator=(const zvStringPrefixPredicate&);
+    virtual ~zvStringPrefixPredicate();
+    virtual bool operator()(const char* prefix) const = 0;
+};
+
+/// Does nothing.
+class ZORVEL_API zvIgnoreString : public zvStringProcedure
+{
+public:
+    zvIgnoreString();
+    zvIgnoreString(const zvIgnoreString&);
+    zvIgnoreString& operator=(const zvIgnoreString&);
+    ~zvIgnoreString() override;
+    void operator()(const char* path) const override;
+};
+
+/// Adds the size of each file (zvGetFileSize) to a total of the caller, which
+/// must outlive the adder. A null total is left alone.
+class ZORVEL_API zvDirectorySizeAdder : public zvStringProcedure
+{
+public:
+    explicit zvDirectorySizeAdder(zvUInt64* total);
+    zvDirectorySizeAdder(const zvDirectorySizeAdder&);
+    zvDirectorySizeAdder& operator=(const zvDirectorySizeAdder&);
+    ~zvDirectorySizeAdder() override;
+    void operator()(const char* path) const override;
+
+private:
+    zvUInt64* m_total;
+};
+
+/// Interns each path in a set of names and appends the interned pointer (null
+/// when the set refuses it) to a vector. Both belong to the caller and must
+/// outlive this object; the pointers live as long as the set.
+class ZORVEL_API zvHashNameToVector : public zvStringProcedure
+{
+public:
+    zvHashNameToVector(std::vector<const char*>& names, _namehash_context* context);
+    zvHashNameToVector(const zvHashNameToVector&);
+    ~zvHashNameToVector() override;
+    void operator()(const char* path) const override;
+
+private:
+    std::vector<const char*>& m_names;
+    _namehash_context* m_context;
+};
+
+/// Calls any callable with each path and ignores its result. The callable is
+/// the creator's and must outlive the adapter.
+template <class F>
+class zvStringProcedureAdapter : public zvStringProcedure
+{
+public:
+    explicit zvStringProcedureAdapter(F& callable) : m_callable(callable) {}
+    void operator()(const char* path) const override { m_callable(path); }
+
+private:
+    F& m_callable;
+};
+
+// ---------------------------------------------------------------------------
+// Directory walk
+// ---------------------------------------------------------------------------
+
+/// Hands the full path of every entry that matches a pattern to one of two
+/// callbacks and returns the number of calls made.
+///
+/// pattern: a path whose last component may hold '*' and '?'; at most 1024
+/// bytes. "." (also ".\" and "./") and a root stand for all entries in them,
+/// one level of depth being used up by entering. A trailing separator is
+/// ignored. depth: how many levels of matching directories are entered, each
+/// directory being reported before its contents; only the top level is
+/// filtered by the pattern. stopAtFirst: end after the first call.
+///
+/// 0 for a null, empty or longer pattern, one with '*' in its directory part,
+/// one whose last component is "." or "..", and whatever cannot be listed. The
+/// order is the system's. Links to directories are reported as directories and
+/// not entered. An entry whose path needs more than 2561 bytes is not
+/// reported, and on Linux neither is one whose name holds '\' (no path can
+/// name it). Exceptions of a callback leave the walk, nothing is leaked.
+///
+/// Windows matches as the system does (case is ignored, "*.*" is everything,
+/// short names match too); Linux matches by byte, with case.
+ZORVEL_API int zvFindMatchingFilesAndDirs(const char* pattern, const zvStringProcedure& fileProc,
+                                          const zvStringProcedure& dirProc, int depth, bool stopAtFirst);
+
+/// The sum of zvGetFileSize over all files below a directory, up to 1024
+/// levels deep. 0 for null, the empty path, one that takes more than 1024 bytes
+/// with a separator and "*" behind it, a missing directory.
+ZORVEL_API zvUInt64 zvGetDirectorySize(const char* dir);
+
+/// Whether anything matches the pattern.
+ZORVEL_API bool zvMatchingFileOrDirExists(const char* pattern);
+
+// ---------------------------------------------------------------------------
+// Recursive creation and removal
+// ---------------------------------------------------------------------------
+
+/// Creates a directory and every missing parent. True when the directory
+/// exists at the end (and for an empty path), false for null and at the first
+/// directory that could not be created; those created before stay. Separators
+/// are unified and blanks around the path dropped. Server and share of a
+/// network path are never created. A drive without a separator ("C:x") is not
+/// supported.
+///
+/// A directory that somebody else creates at the same moment makes it false:
+/// call again. Exhausted memory leaves as std::bad_alloc.
+ZORVEL_API bool zvMkdirP(const char* path);
+
+/// Removes every entry that the pattern matches, directories with all that is
+/// in them, forcing write permission on the way. True when all of it is gone
+/// (also when nothing matched), false when something had to stay; the rest is
+/// removed nevertheless, and what stayed has its write bit back.
+///
+/// The pattern is that of the walk at depth 0, so "." and roots remove
+/// nothing and give true; null too. Links are removed themselves: what they
+/// point to is never touched, also when somebody swaps a directory for a link
+/// while the removal runs. Windows: an entry whose path is longer than the
+/// system takes (259 bytes, in no case more than 2561) stays (false); Linux has
+/// no such limit below the pattern.
+ZORVEL_API bool zvRemoveRF(const char* pattern);

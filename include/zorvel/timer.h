@@ -1,0 +1,41 @@
+#pragma once
+
+#include <zorvel/export.h>
+
+#include <boost/date_time/posix_time/posix_time_types.hpp>
+#include <boost/function.hpp>
+#include <boost/shared_ptr.hpp>
+
+/// The handle of a running timer. Dropping the last handle does not stop the
+/// timer: it goes on detached (a repeating one for ever). Only cancel() stops.
+class ZORVEL_API zvTimerTask
+{
+public:
+    virtual ~zvTimerTask();
+
+    /// Whether the timer's thread has been ended by an exception: one of the
+    /// callback, or the interruption of cancel(). Any thread may ask.
+    virtual bool hasFailed() const = 0;
+
+    /// Interrupts the timer's thread and waits for its end: afterwards the
+    /// callback is not running and will not run again. A further call, or one
+    /// after the timer ended by itself, does nothing. Any thread but the
+    /// timer's own may call it; not while holding a lock that the callback
+    /// takes.
+    virtual void cancel() = 0;
+};
+
+/// Calls fn on a thread of its own one interval from now, and, when repeat is
+/// set, at every further interval.
+///
+/// The rate is fixed: each deadline is one interval after the one before it,
+/// however long the callback takes; missed calls follow at once until the
+/// schedule has caught up. Time is the local wall clock in microseconds.
+///
+/// A negative interval counts as zero, an infinite one waits until cancelled;
+/// not-a-date-time ends the timer at once, failed. An exception of fn (an
+/// empty fn included) ends the timer and shows only in hasFailed(). Throws
+/// boost::thread_resource_error when no thread can be started.
+ZORVEL_API boost::shared_ptr<zvTimerTask> zvSetTimer(const boost::function0<void>& fn,
+                                                     boost::posix_time::time_duration interval,
+                                                     bool repeat);

@@ -1,0 +1,11 @@
+#pragma once
+
+/// Everything that zorvel exports.
+#include <zorvel/dirlock.h>
+#include <zorvel/errors.h>
+#include <zorvel/export.h>
+#include <zorvel/fsutil.h>
+#include <zorvel/lockfile.h>
+#include <zorvel/paths.h>
+#include <zorvel/suite.h>
+#include <zorvel/timer.h>

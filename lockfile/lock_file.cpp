@@ -1,0 +1,89 @@
+#include "lockfile/detail/require_fs.h"
+
+#include "platform/clock.h"
+
+#include <boost/thread/thread.hpp>
+
+namespace {
+
+using boost::posix_time::time_duration;
+
+/// What the timer calls. It keeps a name and a file system of its own, so it
+/// never looks at the lock file object.
+class Refresh
+{
+public:
+    Refresh(const boost::shared_ptr<zvAbstractFS>& fs, const std::string& name) : m_fs(fs), m_name(name) {}
+    void operator()() const { m_fs->refreshLockFile(m_name); }
+
+private:
+    boost::shared_ptr<zvAbstractFS> m_fs;
+    std::string m_name;
+};
+
+boost::posix_time::ptime oneSecondFromNow()
+{
+    return zorvel::platform::localTime() + boost::posix_time::seconds(1);
+}
+
+/// Removes the file, whatever happens; there is nobody left to tell.
+void removeQuietly(zvAbstractFS& fs, const std::string& name)
+{
+    try {
+        fs.removeFileUntil(name, oneSecondFromNow());
+    } catch (...) {
+    }
+}
+
+}  // namespace
+
+const zvLockFile::no_refresh_tag zvLockFile::NO_REFRESH = {};
+
+zvLockFile::zvLockFile(const std::string& file, const no_refresh_tag&, const boost::shared_ptr<zvAbstractFS>& system)
+    : name(file), refreshInterval(boost::posix_time::pos_infin), fs(zorvel::lockfile::requireFS(system))
+{
+    // A first touch that only timed out is not an error.
+    fs->refreshLockFileUntil(name, oneSecondFromNow());
+}
+
+zvLockFile::zvLockFile(const std::string& file, time_duration interval, const boost::shared_ptr<zvAbstractFS>& system)
+    : name(file), refreshInterval(interval), fs(zorvel::lockfile::requireFS(system))
+{
+    fs->refreshLockFileUntil(name, oneSecondFromNow());
+    if (refreshInterval.is_special())
+        return;
+    try {
+        timer = zvSetTimer(Refresh(fs, name), refreshInterval, true);
+    } catch (...) {
+        // Nobody would keep the file fresh, and nobody else would remove it.
+        removeQuietly(*fs, name);
+        throw;
+    }
+}
+
+zvLockFile::zvLockFile(const zvLockFile& other) = default;
+
+zvLockFile::~zvLockFile()
+{
+    // An interrupted join would leave the refresh running, and it would bring
+    // the file back after it was removed.
+    const boost::this_thread::disable_interruption uninterrupted;
+    if (timer)
+        timer->cancel();
+    removeQuietly(*fs, name);
+}
+
+std::string zvLockFile::getName()
+{
+    return name;
+}
+
+time_duration zvLockFile::getRefreshInterval() const
+{
+    return refreshInterval;
+}
+
+zvLockFile::operator bool() const
+{
+    return fs->fileExists(name.c_str());
+}

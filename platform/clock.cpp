@@ -1,0 +1,27 @@
+#include "platform/clock.h"
+
+#include <boost/date_time/posix_time/posix_time.hpp>
+#include <boost/thread/thread.hpp>
+
+namespace zorvel {
+namespace platform {
+
+boost::posix_time::ptime localTime()
+{
+    return boost::posix_time::microsec_clock::local_time();
+}
+
+boost::posix_time::ptime universalTime()
+{
+    return boost::posix_time::microsec_clock::universal_time();
+}
+
+void sleepFor(long milliseconds)
+{
+    boost::this_thread::interruption_point();
+    if (milliseconds > 0)
+        boost::this_thread::sleep(boost::posix_time::milliseconds(milliseconds));
+}
+
+}  // namespace platform
+}  // namespace zorvel

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <boost/date_time/posix_time/posix_time_types.hpp>
+
+/// Time, as everything above the seam sees it. The three functions share an
+/// object file of their own, so that a test program can link a clock that
+/// moves only when the test says so.
+namespace zorvel {
+namespace platform {
+
+/// The local wall clock, in microseconds.
+boost::posix_time::ptime localTime();
+
+/// The universal wall clock, in microseconds.
+boost::posix_time::ptime universalTime();
+
+/// Suspends the calling thread for a number of milliseconds (none for zero or
+/// less). An interruption point of Boost.Thread, also for zero:
+/// boost::thread_interrupted leaves.
+void sleepFor(long milliseconds);
+
+}  // namespace platform
+}  // namespace zorvel

@@ -1,0 +1,113 @@
+#pragma once
+
+#include "platform/files.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace zorvel {
+namespace platform {
+
+/// The entries that a pattern matches, one after another, in the system's
+/// order. Wild cards stand in the last component only. On Windows the system
+/// matches; on Linux '*' and '?' match by byte, with case, and names that hold
+/// '\' are passed over, because no path of the library could name them. "."
+/// and ".." are reported where the system does.
+class DirectorySearch
+{
+public:
+    DirectorySearch();
+    ~DirectorySearch();
+
+    DirectorySearch(const DirectorySearch&) = delete;
+    DirectorySearch& operator=(const DirectorySearch&) = delete;
+
+    /// Starts on a pattern; false when nothing can be listed.
+    bool open(const char* pattern);
+
+    /// The next entry's name, valid until the next call; null at the end.
+    const char* next();
+
+private:
+    struct State;
+    std::unique_ptr<State> m_state;
+};
+
+/// An open directory in which entries are examined and removed by name without
+/// following a link, whatever happens meanwhile to the names that led to it.
+///
+/// Linux: all calls are relative to a descriptor. Windows: the directory is
+/// held open without permission for others to rename or remove it, links are
+/// known by their reparse attribute, and nothing is removed of which an open
+/// handle shows that it lies elsewhere (a system that resolves a link although
+/// it was asked not to).
+///
+/// Names are taken literally, as list() and match() gave them. Functions that
+/// return a code return 0 for success, else the runtime's errno value. One
+/// thread at a time.
+class RemovalDirectory
+{
+public:
+    RemovalDirectory();
+    ~RemovalDirectory();
+
+    RemovalDirectory(RemovalDirectory&& other) noexcept;
+    RemovalDirectory& operator=(RemovalDirectory&& other) noexcept;
+    RemovalDirectory(const RemovalDirectory&) = delete;
+    RemovalDirectory& operator=(const RemovalDirectory&) = delete;
+
+    /// Opens the directory at a path; links on the way and at its end are
+    /// followed. The empty path is the current directory.
+    int open(const char* path);
+
+    /// Opens a directory of a parent; a link is refused, and on Windows a path
+    /// of more than 2561 bytes.
+    int openChild(const RemovalDirectory& parent, const char* name);
+
+    /// The names of all entries but "." and "..". What cannot be listed has
+    /// none.
+    std::vector<std::string> list() const;
+
+    /// The names of the entries that a pattern matches, as DirectorySearch
+    /// matches them, without "." and "..".
+    std::vector<std::string> match(const char* component) const;
+
+    /// What an entry is: none only when it is not there, directory only when it
+    /// is one itself. On Linux every link is a file, because it goes like one.
+    EntryKind kind(const char* name) const;
+
+    /// Removes a file or a link to one, never a directory.
+    int removeFile(const char* name) const;
+
+    /// Removes an empty directory or, on Windows, a link to a directory. A
+    /// `child` that holds it open is closed first where the system asks for
+    /// that.
+    int removeDirectory(const char* name, RemovalDirectory* child) const;
+
+    /// Takes off an entry what forbids to remove it: on Windows its read-only
+    /// attribute; on Linux nothing, an entry's own mode plays no part. True
+    /// when something was changed, which forbidRemovalOf() puts back.
+    bool allowRemovalOf(const char* name) const;
+    void forbidRemovalOf(const char* name) const;
+
+    /// Takes off this directory what forbids to remove its entries: on Linux it
+    /// gets its owner's write bit; on Windows nothing does.
+    /// restorePermission() puts the mode back if it was changed.
+    void allowRemovalsInside();
+    void restorePermission();
+
+    /// Gives up the descriptor for a while, so that deep trees do not need one
+    /// for each level. resume() takes it up again as the parent of an open
+    /// child: false when that parent is another directory by now. On Windows
+    /// neither does anything: a directory that is let go could be swapped.
+    void suspend();
+    bool resume(const RemovalDirectory& child);
+
+private:
+    struct State;
+    std::unique_ptr<State> m_state;
+};
+
+}  // namespace platform
+}  // namespace zorvel

@@ -1,0 +1,14 @@
+#include "platform/process.h"
+
+#include <windows.h>
+
+namespace zorvel {
+namespace platform {
+
+unsigned long processId()
+{
+    return ::GetCurrentProcessId();
+}
+
+}  // namespace platform
+}  // namespace zorvel

@@ -1,0 +1,255 @@
+#include "platform/directory.h"
+
+#include <windows.h>
+
+#include <direct.h>
+#include <errno.h>
+#include <stdio.h>
+#include <string.h>
+#include <sys/stat.h>
+
+namespace zorvel {
+namespace platform {
+
+namespace {
+
+/// The longest path that is handed to the system, without its terminator.
+const std::size_t longestPath = 2561;
+
+const DWORD shareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+const DWORD shareWithoutDelete = FILE_SHARE_READ | FILE_SHARE_WRITE;
+const DWORD followLinks = FILE_FLAG_BACKUP_SEMANTICS;
+const DWORD linkItself = FILE_FLAG_BACKUP_SEMANTICS | FILE_FLAG_OPEN_REPARSE_POINT;
+
+class Handle
+{
+public:
+    Handle() : m_handle(INVALID_HANDLE_VALUE) {}
+    Handle(const std::string& path, DWORD access, DWORD share, DWORD flags)
+        : m_handle(CreateFileA(path.c_str(), access, share, nullptr, OPEN_EXISTING, flags, nullptr))
+    {
+    }
+    ~Handle() { close(); }
+
+    Handle(Handle&& other) noexcept : m_handle(other.m_handle) { other.m_handle = INVALID_HANDLE_VALUE; }
+    Handle& operator=(Handle&& other) noexcept
+    {
+        std::swap(m_handle, other.m_handle);
+        return *this;
+    }
+
+    bool isOpen() const { return m_handle != INVALID_HANDLE_VALUE; }
+    HANDLE get() const { return m_handle; }
+
+    void close()
+    {
+        if (isOpen())
+            CloseHandle(m_handle);
+        m_handle = INVALID_HANDLE_VALUE;
+    }
+
+private:
+    HANDLE m_handle;
+};
+
+/// Where an open handle really lies; empty where the system cannot tell.
+std::wstring finalPath(const Handle& handle)
+{
+    std::wstring path(512, L'\0');
+    for (;;) {
+        const DWORD size = static_cast<DWORD>(path.size());
+        const DWORD length = GetFinalPathNameByHandleW(handle.get(), &path[0], size, FILE_NAME_OPENED);
+        if (length < size) {
+            path.resize(length);
+            return path;
+        }
+        path.resize(length + 1);
+    }
+}
+
+std::wstring wide(const char* name)
+{
+    std::wstring text(strlen(name) + 1, L'\0');
+    const int length = MultiByteToWideChar(CP_ACP, 0, name, -1, &text[0], static_cast<int>(text.size()));
+    text.resize(length > 0 ? length - 1 : 0);
+    return text;
+}
+
+/// Whether a directory is open at the other end, and not a link to one.
+bool isDirectoryItself(const Handle& handle)
+{
+    BY_HANDLE_FILE_INFORMATION information;
+    if (!GetFileInformationByHandle(handle.get(), &information))
+        return false;
+    const DWORD kind = information.dwFileAttributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT);
+    return kind == FILE_ATTRIBUTE_DIRECTORY;
+}
+
+bool endsInSeparator(const std::string& path)
+{
+    bool isSeparator = false;
+    for (std::size_t i = 0; i < path.size(); ++i) {
+        const bool isPair = IsDBCSLeadByte(static_cast<BYTE>(path[i])) && i + 1 < path.size();
+        isSeparator = !isPair && (path[i] == '\\' || path[i] == '/');
+        i += isPair ? 1 : 0;
+    }
+    return isSeparator;
+}
+
+bool isMissing(DWORD error)
+{
+    return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND;
+}
+
+}  // namespace
+
+struct RemovalDirectory::State
+{
+    /// The path of an entry.
+    std::string join(const char* name) const
+    {
+        const bool isBare = path.empty() || endsInSeparator(path) || path.back() == ':';
+        return isBare ? path + name : path + '\\' + name;
+    }
+
+    /// Whether an entry that was opened without following links lies in this
+    /// directory under its own name. Some systems resolve a link all the same:
+    /// whatever is done to its path then happens to the target.
+    bool holds(const Handle& entry, const char* name) const
+    {
+        if (location.empty())
+            return true;
+        std::wstring expected = location;
+        if (expected.back() != L'\\')
+            expected += L'\\';
+        expected += wide(name);
+        return CompareStringOrdinal(expected.c_str(), -1, finalPath(entry).c_str(), -1, TRUE) == CSTR_EQUAL;
+    }
+
+    /// 0 when the entry may be removed by its path.
+    int check(const std::string& entryPath, const char* name) const
+    {
+        if (entryPath.size() > longestPath)
+            return ENAMETOOLONG;
+        const Handle entry(entryPath, 0, shareAll, linkItself);
+        if (!entry.isOpen())
+            return isMissing(GetLastError()) ? ENOENT : EACCES;
+        return holds(entry, name) ? 0 : EACCES;
+    }
+
+    std::string path;
+    Handle handle;
+    std::wstring location;
+};
+
+RemovalDirectory::RemovalDirectory() {}
+RemovalDirectory::~RemovalDirectory() {}
+RemovalDirectory::RemovalDirectory(RemovalDirectory&& other) noexcept = default;
+RemovalDirectory& RemovalDirectory::operator=(RemovalDirectory&& other) noexcept = default;
+
+int RemovalDirectory::open(const char* path)
+{
+    m_state.reset(new State);
+    if (!path)
+        return ENOENT;
+    m_state->path = path;
+    const std::string name = *path ? path : ".";
+    m_state->handle = Handle(name, FILE_LIST_DIRECTORY, shareWithoutDelete, followLinks);
+    // Somebody else may hold it so that it cannot be held here as well; its entries can still be reached.
+    if (!m_state->handle.isOpen())
+        m_state->handle = Handle(name, 0, shareAll, followLinks);
+    if (!m_state->handle.isOpen())
+        return isMissing(GetLastError()) ? ENOENT : EACCES;
+    m_state->location = finalPath(m_state->handle);
+    return 0;
+}
+
+int RemovalDirectory::openChild(const RemovalDirectory& parent, const char* name)
+{
+    m_state.reset(new State);
+    m_state->path = parent.m_state->join(name);
+    if (m_state->path.size() > longestPath)
+        return ENAMETOOLONG;
+    m_state->handle = Handle(m_state->path, FILE_LIST_DIRECTORY, shareWithoutDelete, linkItself);
+    if (!m_state->handle.isOpen())
+        return isMissing(GetLastError()) ? ENOENT : EACCES;
+    if (!isDirectoryItself(m_state->handle) || !parent.m_state->holds(m_state->handle, name))
+        return ENOTDIR;
+    m_state->location = finalPath(m_state->handle);
+    return 0;
+}
+
+std::vector<std::string> RemovalDirectory::list() const
+{
+    return match("*");
+}
+
+std::vector<std::string> RemovalDirectory::match(const char* component) const
+{
+    std::vector<std::string> names;
+    DirectorySearch search;
+    if (!search.open(m_state->join(component).c_str()))
+        return names;
+    while (const char* name = search.next()) {
+        if (strcmp(name, ".") != 0 && strcmp(name, "..") != 0)
+            names.push_back(name);
+    }
+    return names;
+}
+
+EntryKind RemovalDirectory::kind(const char* name) const
+{
+    const std::string path = m_state->join(name);
+    if (path.size() > longestPath)
+        return EntryKind::file;
+    const EntryKind kind = entryKind(path.c_str());
+    return kind == EntryKind::none && !isMissing(GetLastError()) ? EntryKind::file : kind;
+}
+
+int RemovalDirectory::removeFile(const char* name) const
+{
+    const std::string path = m_state->join(name);
+    const int refused = m_state->check(path, name);
+    return refused ? refused : platform::removeFile(path.c_str());
+}
+
+int RemovalDirectory::removeDirectory(const char* name, RemovalDirectory* child) const
+{
+    if (child && child->m_state)
+        child->m_state->handle.close();
+    const std::string path = m_state->join(name);
+    const int refused = m_state->check(path, name);
+    if (refused)
+        return refused;
+    return _rmdir(path.c_str()) == 0 ? 0 : errno;
+}
+
+bool RemovalDirectory::allowRemovalOf(const char* name) const
+{
+    const std::string path = m_state->join(name);
+    if (m_state->check(path, name) != 0)
+        return false;
+    const DWORD attributes = GetFileAttributesA(path.c_str());
+    if (attributes == INVALID_FILE_ATTRIBUTES || !(attributes & FILE_ATTRIBUTE_READONLY))
+        return false;
+    return changeMode(path.c_str(), _S_IREAD | _S_IWRITE) == 0;
+}
+
+void RemovalDirectory::forbidRemovalOf(const char* name) const
+{
+    const std::string path = m_state->join(name);
+    if (m_state->check(path, name) == 0)
+        changeMode(path.c_str(), _S_IREAD);
+}
+
+void RemovalDirectory::allowRemovalsInside() {}
+void RemovalDirectory::restorePermission() {}
+void RemovalDirectory::suspend() {}
+
+bool RemovalDirectory::resume(const RemovalDirectory&)
+{
+    return true;
+}
+
+}  // namespace platform
+}  // namespace zorvel

@@ -1,0 +1,127 @@
+#include <zorvel/timer.h>
+
+#include "platform/clock.h"
+#include "timer/deadline.h"
+
+#include <boost/bind/bind.hpp>
+#include <boost/make_shared.hpp>
+#include <boost/thread/mutex.hpp>
+#include <boost/thread/thread.hpp>
+
+#include <algorithm>
+#include <atomic>
+#include <stdexcept>
+
+namespace {
+
+using boost::posix_time::ptime;
+using boost::posix_time::time_duration;
+namespace platform = zorvel::platform;
+
+/// Written once by the worker, read by the handle; owned by both.
+typedef boost::shared_ptr<std::atomic<bool>> Flag;
+typedef boost::function0<void> Callback;
+
+/// A deadline that is far away, or never comes, is waited for in pieces: the
+/// clock is read again after each.
+const long longestWaitMsec = 60 * 60 * 1000;
+
+class zvTimerTaskImpl : public zvTimerTask
+{
+public:
+    zvTimerTaskImpl(const boost::function0<void>& worker, const Flag& flag)
+        : thread(worker), failed(flag), workerId(thread.get_id())
+    {
+    }
+
+    /// Leaves the worker running: only cancel() stops it.
+    ~zvTimerTaskImpl() override { thread.detach(); }
+
+    bool hasFailed() const override { return *failed; }
+    void cancel() override;
+
+private:
+    boost::thread thread;
+    Flag failed;
+    const boost::thread::id workerId;
+    boost::mutex cancelling;
+};
+
+void zvTimerTaskImpl::cancel()
+{
+    // A callback that cancels its own timer cannot wait for its own end; the
+    // worker ends as soon as the callback returns.
+    if (workerId == boost::this_thread::get_id()) {
+        thread.interrupt();
+        return;
+    }
+    const boost::lock_guard<boost::mutex> oneAtATime(cancelling);
+    if (!thread.joinable())
+        return;
+    thread.interrupt();
+    thread.join();
+}
+
+/// One interval from now; a negative interval gives a deadline that has come.
+ptime firstDeadline(const time_duration& interval)
+{
+    if (interval.is_not_a_date_time())
+        throw std::invalid_argument("timer interval is not a duration");
+    return zorvel::deadlineAfter(platform::localTime(), interval);
+}
+
+/// Whole milliseconds, cut, so that a wait never ends late by rounding.
+long waitMsec(const time_duration& remaining)
+{
+    if (remaining.is_special())
+        return longestWaitMsec;
+    return static_cast<long>(std::min<boost::int64_t>(remaining.total_microseconds() / 1000, longestWaitMsec));
+}
+
+/// The deadline is tested after every wait: one that ended early, or a clock
+/// that moved, only leads to a further wait.
+void sleepUntil(const ptime& deadline)
+{
+    boost::this_thread::interruption_point();
+    for (ptime now = platform::localTime(); now < deadline; now = platform::localTime())
+        platform::sleepFor(waitMsec(deadline - now));
+}
+
+void callOnce(const Callback& fn, const time_duration& interval)
+{
+    sleepUntil(firstDeadline(interval));
+    fn();
+}
+
+/// The rate is fixed: a deadline is counted from the one before it, not from
+/// the end of the callback, so a slow callback does not make the timer drift.
+void callRepeatedly(const Callback& fn, const time_duration& interval)
+{
+    for (ptime deadline = firstDeadline(interval);; deadline += interval) {
+        sleepUntil(deadline);
+        fn();
+    }
+}
+
+typedef void (*Schedule)(const Callback& fn, const time_duration& interval);
+
+/// The whole life of a timer's thread. It owns all that it uses and never
+/// touches the handle, which it may outlive.
+void run(Schedule schedule, const Callback& fn, const time_duration& interval, const Flag& failed)
+{
+    try {
+        schedule(fn, interval);
+    } catch (...) {
+        *failed = true;
+    }
+}
+
+}  // namespace
+
+boost::shared_ptr<zvTimerTask> zvSetTimer(const boost::function0<void>& fn,
+                                          boost::posix_time::time_duration interval, bool repeat)
+{
+    const Flag failed = boost::make_shared<std::atomic<bool>>(false);
+    const Schedule schedule = repeat ? &callRepeatedly : &callOnce;
+    return boost::make_shared<zvTimerTaskImpl>(boost::bind(&run, schedule, fn, interval, failed), failed);
+}

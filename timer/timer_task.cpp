@@ -1,0 +1,3 @@
+#include <zorvel/timer.h>
+
+zvTimerTask::~zvTimerTask() = default;
