@@ -4,7 +4,11 @@ add_library(zorvel::zorvel ALIAS zorvel)
 target_include_directories(zorvel PUBLIC
   $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include>
   $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
-target_link_libraries(zorvel PUBLIC $<BUILD_INTERFACE:zorvel_boost_thread> PRIVATE ${ZORVEL_SYSTEM_LIBRARIES})
+target_link_libraries(zorvel
+  PUBLIC
+    $<BUILD_INTERFACE:zorvel_boost_thread>
+    $<INSTALL_INTERFACE:${ZORVEL_INSTALLED_BOOST_THREAD}>
+  PRIVATE ${ZORVEL_SYSTEM_LIBRARIES})
 target_compile_features(zorvel PUBLIC cxx_std_17)
 set_target_properties(zorvel PROPERTIES LINKER_LANGUAGE CXX)
 if(WIN32)

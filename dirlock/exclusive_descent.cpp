@@ -23,19 +23,20 @@ const int removalAfterTakeover = 343;
 }  // namespace
 
 zvDirectoryExclusiveLock::Descent::Descent(zvDirectoryExclusiveLock& lock, const ptime& deadline, int level)
-    : m_lock(lock), m_deadline(deadline), m_level(level), m_ownsLower(false), m_lastTouch(platform::localTime())
+    : m_lock(lock), m_deadline(deadline), m_level(level), m_ownsLower(false)
 {
 }
 
 int zvDirectoryExclusiveLock::Descent::run()
 {
     try {
+        m_lastTouch = platform::localTime();
         if (!zorvel::hasCome(m_deadline, m_lastTouch))
             pause();
         while (m_level >= 1 && step()) {
         }
     } catch (const zvFileBasedLockError& error) {
-        abandon();
+        abandonOrThrow();
         // Only the base is copied: callers get the base type with the text of
         // the exception caught, on purpose; they have always been told so.
         throw zvFileBasedLockError(error);
@@ -61,24 +62,26 @@ bool zvDirectoryExclusiveLock::Descent::step()
     verboseLog << m_lock.label << ": Could not acquire; trying to detect stale lock at level " << lower()
                << std::endl;
     const Verdict verdict = judgeLower();
-    if (verdict == Verdict::stale) {
-        takeOverStale();
+    if (verdict == Verdict::stale && takeOverStale())
         return true;
-    }
     if (deadlineHasCome())
         return false;
     if (verdict == Verdict::fresh) {
         verboseLog << m_lock.label << ": Sleeping" << std::endl;
         pause();
+    } else {
+        // At once; but a waiting thread can be interrupted here too.
+        boost::this_thread::interruption_point();
     }
     return true;
 }
 
-/// The own queue file must not look stale to others while this process waits.
+/// The own queue file must not look stale to others while this process waits;
+/// also not because the clock was set back.
 void zvDirectoryExclusiveLock::Descent::keepFresh()
 {
     const ptime now = platform::localTime();
-    if (now - m_lastTouch < boost::posix_time::milliseconds(REFRESH_INTERVAL_MSEC))
+    if (now >= m_lastTouch && now - m_lastTouch < boost::posix_time::milliseconds(REFRESH_INTERVAL_MSEC))
         return;
     m_lock.touchLockFile(m_level, m_deadline);
     m_lastTouch = now;
@@ -96,8 +99,9 @@ zvDirectoryExclusiveLock::Descent::Verdict zvDirectoryExclusiveLock::Descent::ju
 
 /// A stale file is taken over by touching it. Two processes that judge it at
 /// the same moment may both go on; that is the price of needing nothing but
-/// files.
-void zvDirectoryExclusiveLock::Descent::takeOverStale()
+/// files. False when the file could neither be touched nor removed: the next
+/// pass tries again, as long as there is time.
+bool zvDirectoryExclusiveLock::Descent::takeOverStale()
 {
     const std::string name = m_lock.getLockFileName(lower());
     staleLog << "FS_LOCK: stale lock detected: " << name << std::endl;
@@ -105,15 +109,17 @@ void zvDirectoryExclusiveLock::Descent::takeOverStale()
         m_ownsLower = true;
         m_lastTouch = platform::localTime();
         stepDown(removalAfterTakeover);
-        return;
+        return true;
     }
     staleLog << "FS_LOCK: removing stale lock " << name << std::endl;
-    if (m_lock.removeLockFileWithTenacity(lower(), m_deadline))
+    if (m_lock.removeLockFileWithTenacity(lower(), m_deadline)) {
         staleLog << "FS_LOCK: removed stale lock " << name << std::endl;
-    else
-        // The line names the own file and not the stale one, on purpose: it
-        // tells who failed, and readers of these logs look for that.
-        m_lock.warnNotRemoved(m_level, removalOfStale);
+        return true;
+    }
+    // The line names the own file and not the stale one, on purpose: it tells
+    // who failed, and readers of these logs look for that.
+    m_lock.warnNotRemoved(m_level, removalOfStale);
+    return false;
 }
 
 /// Gives the own level up for the one below, which is owned already.
@@ -135,7 +141,20 @@ void zvDirectoryExclusiveLock::Descent::pause() const
     platform::sleepFor(ACQUIRE_POLL_INTERVAL_MSEC);
 }
 
-/// Leaves the queue because of an error of the file system.
+/// Leaves the queue because of an error of the file system. Whatever else
+/// befalls the removals leaves in its place, but no file stays for it.
+void zvDirectoryExclusiveLock::Descent::abandonOrThrow() const
+{
+    try {
+        abandon();
+    } catch (const zvFileBasedLockError&) {
+        throw;
+    } catch (...) {
+        abandonQuietly();
+        throw;
+    }
+}
+
 void zvDirectoryExclusiveLock::Descent::abandon() const
 {
     if (m_ownsLower) {

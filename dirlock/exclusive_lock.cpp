@@ -42,6 +42,8 @@ zvDirectoryExclusiveLock::~zvDirectoryExclusiveLock() = default;
 bool zvDirectoryExclusiveLock::acquire(const time_duration& timeout, bool skipRefresh)
 {
     const boost::posix_time::ptime deadline = zorvel::deadlineAfter(zorvel::platform::localTime(), timeout);
+    if (directory.find('\0') != std::string::npos)
+        throw zvNoSuchDirectory(directory);
     const TimedTurn turn(mutex, timeout);
     if (!turn)
         return false;
@@ -72,16 +74,18 @@ bool zvDirectoryExclusiveLock::hold(bool skipRefresh)
 
 boost::shared_ptr<zvLockFile> zvDirectoryExclusiveLock::makeLockFile(bool skipRefresh)
 {
-    const std::string name = getLockFileName(0);
     try {
+        const std::string name = getLockFileName(0);
         if (skipRefresh)
             return boost::make_shared<zvLockFile>(name, zvLockFile::NO_REFRESH, fs);
         return boost::make_shared<zvLockFile>(name, boost::posix_time::milliseconds(REFRESH_INTERVAL_MSEC), fs);
     } catch (const boost::thread_resource_error&) {
-        // Without a thread for the refresh the lock file has removed itself;
-        // by now the name may be somebody else's.
+        // Without a thread for its refresh the lock file has removed itself; by
+        // now the name may be somebody else's.
         throw;
     } catch (const std::bad_alloc&) {
+        // Nobody can tell whether it has: a file that goes stale harms less
+        // than the removal of a successor's.
         throw;
     } catch (...) {
         const boost::this_thread::disable_interruption uninterrupted;
@@ -93,7 +97,9 @@ boost::shared_ptr<zvLockFile> zvDirectoryExclusiveLock::makeLockFile(bool skipRe
     }
 }
 
-/// The end of an acquire that failed. Without a level of its own it removes
+/// The end of an acquire that failed. A level 0 that was not valid has been
+/// removed by its lock file already and is removed once more here, as it has
+/// always been. Without a level of its own it removes
 /// the file of level -1, which does not exist, and so leaves its line in the
 /// warning log: the sign there of a queue that was full or a deadline that was
 /// too close.

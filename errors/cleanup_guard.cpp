@@ -4,8 +4,10 @@ zvCleanupFunctionGuard::~zvCleanupFunctionGuard() noexcept(false)
 {
     if (!m_holder)
         return;
-    // The holder goes also when the callable throws; the exception leaves.
+    // The holder goes also when the callable throws; the exception leaves. The
+    // guard has let go of it before: the callable may disarm its own guard.
     const std::unique_ptr<Holder> holder(m_holder);
+    m_holder = nullptr;
     holder->call();
 }
 

@@ -1,7 +1,7 @@
 #include <zorvel/fsutil.h>
 #include <zorvel/paths.h>
 
-#include "fsutil/walk_pattern.h"
+#include "fsutil/detail/walk_pattern.h"
 
 #include <cstring>
 #include <string>

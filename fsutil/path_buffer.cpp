@@ -1,4 +1,4 @@
-#include "fsutil/path_buffer.h"
+#include "fsutil/detail/path_buffer.h"
 
 #include "suite/kpath.h"
 

@@ -1,6 +1,6 @@
 #include <zorvel/fsutil.h>
 
-#include "fsutil/walk_pattern.h"
+#include "fsutil/detail/walk_pattern.h"
 #include "platform/directory.h"
 
 #include <cerrno>

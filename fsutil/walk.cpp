@@ -1,8 +1,8 @@
 #include <zorvel/errors.h>
 #include <zorvel/fsutil.h>
 
-#include "fsutil/path_buffer.h"
-#include "fsutil/walk_pattern.h"
+#include "fsutil/detail/path_buffer.h"
+#include "fsutil/detail/walk_pattern.h"
 #include "platform/files.h"
 #include "suite/nqservices.h"
 

@@ -1,4 +1,4 @@
-#include "fsutil/walk_pattern.h"
+#include "fsutil/detail/walk_pattern.h"
 
 #include <zorvel/paths.h>
 

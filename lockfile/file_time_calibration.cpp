@@ -6,8 +6,6 @@
 #include "platform/process.h"
 #include "timer/deadline.h"
 
-#include <boost/thread/thread.hpp>
-
 #include <atomic>
 #include <cstdint>
 
@@ -49,9 +47,9 @@ public:
     {
     }
 
+    /// On the way out with an exception, which nothing here may replace.
     ~RemovedAtEnd()
     {
-        const boost::this_thread::disable_interruption uninterrupted;
         try {
             remove();
         } catch (...) {
@@ -66,11 +64,11 @@ public:
     {
         if (!m_pending)
             return;
-        m_pending = false;
         try {
             m_fs.removeFileUntil(m_file, m_deadline);
         } catch (const zvFileBasedLockError&) {
         }
+        m_pending = false;
     }
 
 private:
@@ -86,7 +84,7 @@ FileTimeCalibration::FileTimeCalibration(const zvPathString& directory, const pt
                                          const boost::shared_ptr<zvAbstractFS>& system)
     : localTime(boost::posix_time::not_a_date_time), fileTime(0), fs(system)
 {
-    if (!fs->isDirectory(directory.c_str()))
+    if (directory.std::string::find('\0') != std::string::npos || !fs->isDirectory(directory.c_str()))
         throw zvNoSuchDirectory(directory);
     ptime created;
     const std::string file = createUniqueFile(directory, deadline, created);
@@ -114,7 +112,8 @@ ptime FileTimeCalibration::operator()(long long time) const
 {
     // Cut to 32 bits on purpose, as wide as the duration's own argument is on
     // the product's system: both kinds of machine judge a file alike.
-    const std::int32_t difference = static_cast<std::int32_t>(time - fileTime);
+    const std::uint64_t seconds = static_cast<std::uint64_t>(time) - static_cast<std::uint64_t>(fileTime);
+    const std::int32_t difference = static_cast<std::int32_t>(seconds);
     return localTime + boost::posix_time::seconds(difference);
 }
 

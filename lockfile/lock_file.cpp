@@ -26,6 +26,14 @@ boost::posix_time::ptime oneSecondFromNow()
     return zorvel::platform::localTime() + boost::posix_time::seconds(1);
 }
 
+/// A name with a NUL in it would be cut there by the system and mean another
+/// file.
+void requireName(const std::string& name)
+{
+    if (name.find('\0') != std::string::npos)
+        throw zvNoSuchDirectory(name);
+}
+
 /// Removes the file, whatever happens; there is nobody left to tell.
 void removeQuietly(zvAbstractFS& fs, const std::string& name)
 {
@@ -42,6 +50,7 @@ const zvLockFile::no_refresh_tag zvLockFile::NO_REFRESH = {};
 zvLockFile::zvLockFile(const std::string& file, const no_refresh_tag&, const boost::shared_ptr<zvAbstractFS>& system)
     : name(file), refreshInterval(boost::posix_time::pos_infin), fs(zorvel::lockfile::requireFS(system))
 {
+    requireName(name);
     // A first touch that only timed out is not an error.
     fs->refreshLockFileUntil(name, oneSecondFromNow());
 }
@@ -49,13 +58,15 @@ zvLockFile::zvLockFile(const std::string& file, const no_refresh_tag&, const boo
 zvLockFile::zvLockFile(const std::string& file, time_duration interval, const boost::shared_ptr<zvAbstractFS>& system)
     : name(file), refreshInterval(interval), fs(zorvel::lockfile::requireFS(system))
 {
+    requireName(name);
     fs->refreshLockFileUntil(name, oneSecondFromNow());
     if (refreshInterval.is_special())
         return;
     try {
         timer = zvSetTimer(Refresh(fs, name), refreshInterval, true);
     } catch (...) {
-        // Nobody would keep the file fresh, and nobody else would remove it.
+        // Nobody would keep the file fresh.
+        const boost::this_thread::disable_interruption uninterrupted;
         removeQuietly(*fs, name);
         throw;
     }

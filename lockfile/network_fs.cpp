@@ -76,6 +76,12 @@ int touch(const char* name)
     return file.write(&content, sizeof content);
 }
 
+/// The system would cut such a name at the NUL and take it for another.
+bool holdsNul(const std::string& name)
+{
+    return name.find('\0') != std::string::npos;
+}
+
 const char* textOf(const char* name)
 {
     return name ? name : "";
@@ -129,6 +135,8 @@ bool zvNetworkFS::createFileExclusive(const char* name)
 
 bool zvNetworkFS::removeFileUntil(const std::string& name, const ptime& deadline)
 {
+    if (holdsNul(name))
+        return false;
     for (;;) {
         const int code = platform::removeFile(name.c_str());
         if (code == 0)
@@ -144,6 +152,8 @@ bool zvNetworkFS::removeFileUntil(const std::string& name, const ptime& deadline
 bool zvNetworkFS::refreshLockFileUntil(const std::string& name, const ptime& deadline)
 {
     verboseLog << "Touching lock file..." << std::endl;
+    if (holdsNul(name))
+        throw zvNoSuchDirectory(name);
     for (;;) {
         const int code = touch(name.c_str());
         if (code == 0) {

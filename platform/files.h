@@ -57,8 +57,9 @@ public:
     WritableFile(const WritableFile&) = delete;
     WritableFile& operator=(const WritableFile&) = delete;
 
-    /// Opens for writing, with read and write permission for the owner where
-    /// it creates. Closes what was open before. A directory gives EACCES.
+    /// Opens for writing, readable and writable by all where it creates (on
+    /// Linux as far as the umask lets them: somebody else may have to take a
+    /// dead user's lock file over). Closes what was open before. A directory gives EACCES.
     int open(const char* path, OpenMode mode);
 
     /// Writes at the start of the file what fits in one call; returns 0 when

@@ -5,12 +5,13 @@
 namespace zorvel {
 
 /// A point in time that lies a timeout after now. Special values follow
-/// Boost's arithmetic; a duration of more than a thousand years either way
-/// counts as infinite, because the sum could leave the range of the clock.
+/// Boost's arithmetic; a duration of more than a hundred years either way
+/// counts as infinite: the sum could leave what the clock, or a timed wait in
+/// nanoseconds, can hold.
 inline boost::posix_time::ptime deadlineAfter(const boost::posix_time::ptime& now,
                                               const boost::posix_time::time_duration& timeout)
 {
-    const boost::posix_time::time_duration limit = boost::posix_time::hours(24 * 365 * 1000);
+    const boost::posix_time::time_duration limit = boost::posix_time::hours(24 * 365 * 100);
     if (timeout.is_special())
         return now + timeout;
     if (timeout > limit)

@@ -41,10 +41,11 @@ public:
     void cancel() override;
 
 private:
+    // Before the thread: nothing may fail once that runs.
+    boost::mutex cancelling;
     boost::thread thread;
     Flag failed;
     const boost::thread::id workerId;
-    boost::mutex cancelling;
 };
 
 void zvTimerTaskImpl::cancel()
@@ -62,7 +63,14 @@ void zvTimerTaskImpl::cancel()
     thread.join();
 }
 
-/// One interval from now; a negative interval gives a deadline that has come.
+/// Negative intervals count as zero; repeated, they would lead out of the range
+/// of the clock.
+time_duration notNegative(const time_duration& interval)
+{
+    return interval < time_duration(0, 0, 0) ? time_duration(0, 0, 0) : interval;
+}
+
+/// One interval from now.
 ptime firstDeadline(const time_duration& interval)
 {
     if (interval.is_not_a_date_time())
@@ -123,5 +131,5 @@ boost::shared_ptr<zvTimerTask> zvSetTimer(const boost::function0<void>& fn,
 {
     const Flag failed = boost::make_shared<std::atomic<bool>>(false);
     const Schedule schedule = repeat ? &callRepeatedly : &callOnce;
-    return boost::make_shared<zvTimerTaskImpl>(boost::bind(&run, schedule, fn, interval, failed), failed);
+    return boost::make_shared<zvTimerTaskImpl>(boost::bind(&run, schedule, fn, notNegative(interval), failed), failed);
 }

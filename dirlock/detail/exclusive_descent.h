@@ -5,7 +5,7 @@
 /// The way of one queued process down the levels, from its own level to level
 /// 0. It owns the file of its level; for the moment of a step down it owns the
 /// one below as well.
-class zvDirectoryExclusiveLock::Descent
+class ZORVEL_LOCAL zvDirectoryExclusiveLock::Descent
 {
 public:
     /// `level` is 1 or more, its file made by this process.
@@ -28,10 +28,11 @@ private:
     bool step();
     void keepFresh();
     Verdict judgeLower();
-    void takeOverStale();
+    bool takeOverStale();
     void stepDown(int removalTag);
     bool deadlineHasCome() const;
     void pause() const;
+    void abandonOrThrow() const;
     void abandon() const;
     void abandonQuietly() const;
 

@@ -65,10 +65,11 @@ public:
     /// False: not acquired in time (or 1024 others are queued). A failure of
     /// the file system while waiting in the queue throws zvFileBasedLockError
     /// itself, with the text of what happened; elsewhere the member of the
-    /// family: zvNoSuchDirectory, zvPermissionDenied, zvFileAccessError.
+    /// family: zvNoSuchDirectory (also for a directory with a NUL in it),
+    /// zvPermissionDenied, zvFileAccessError.
     /// boost::thread_interrupted leaves when the waiting thread is
     /// interrupted. No exception leaves a file of this lock behind, unless its
-    /// removal fails as well; it then goes stale.
+    /// removal fails as well or memory is exhausted; it then goes stale.
     bool acquire(const boost::posix_time::time_duration& timeout, bool skipRefresh);
 
     /// acquire without limit.
@@ -86,7 +87,9 @@ public:
     bool isAcquired() const;
 
     /// The standard lockable: acquire and release without limit, tryAcquire;
-    /// with refresh.
+    /// with refresh. lock() and unlock() drop the result: lock() returns
+    /// without the directory when 1024 others are queued or the lock file has
+    /// vanished; isAcquired() tells.
     void lock();
     void unlock();
     bool try_lock();

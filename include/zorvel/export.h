@@ -6,7 +6,8 @@
 /// - ZORVEL_STATIC is defined by whoever links the static core instead of the
 ///   shared library (the project's own tests do).
 ///
-/// Everything that carries no ZORVEL_API is hidden.
+/// Everything that carries no ZORVEL_API is hidden; a class inside an exported
+/// class is, with ZORVEL_LOCAL.
 #if defined(_WIN32)
 #  if defined(ZORVEL_BUILDING)
 #    define ZORVEL_API __declspec(dllexport)
@@ -15,8 +16,10 @@
 #  else
 #    define ZORVEL_API __declspec(dllimport)
 #  endif
+#  define ZORVEL_LOCAL
 #else
 #  define ZORVEL_API __attribute__((visibility("default")))
+#  define ZORVEL_LOCAL __attribute__((visibility("hidden")))
 #endif
 
 /// The two 64-bit types that appear in exported signatures. On Windows they

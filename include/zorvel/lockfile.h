@@ -98,9 +98,10 @@ ZORVEL_API const boost::shared_ptr<zvAbstractFS> zvGetDefaultFSImp();
 /// on a thread of its own, removes it when destroyed. It does not decide who
 /// may have the lock.
 ///
-/// An empty fs throws zvFileAccessError. A constructor that throws leaves the
-/// file to whoever made it before, unless the refresh could not be started:
-/// then it has removed the file.
+/// An empty fs throws zvFileAccessError, a name with a NUL in it
+/// zvNoSuchDirectory. When the first touch throws, the file is left as it is,
+/// to whoever claimed the name; when the refresh cannot be started, the file is
+/// removed before that exception leaves.
 ///
 /// Share one object by pointer. A copy shares the refresh, and the first of
 /// the copies to be destroyed ends the refresh and removes the file for all.

@@ -21,7 +21,9 @@ public:
     /// callback is not running and will not run again. A further call, or one
     /// after the timer ended by itself, does nothing. Any thread but the
     /// timer's own may call it; not while holding a lock that the callback
-    /// takes.
+    /// takes. From the timer's own callback it does not wait: the timer ends
+    /// when the callback returns. boost::thread_interrupted leaves when the
+    /// calling thread is interrupted; the timer may then still be ending.
     virtual void cancel() = 0;
 };
 
@@ -32,8 +34,9 @@ public:
 /// however long the callback takes; missed calls follow at once until the
 /// schedule has caught up. Time is the local wall clock in microseconds.
 ///
-/// A negative interval counts as zero, an infinite one waits until cancelled;
-/// not-a-date-time ends the timer at once, failed. An exception of fn (an
+/// A negative interval (negative infinity too) counts as zero, positive
+/// infinity waits until cancelled; not-a-date-time ends the timer at once,
+/// failed. An exception of fn (an
 /// empty fn included) ends the timer and shows only in hasFailed(). Throws
 /// boost::thread_resource_error when no thread can be started.
 ZORVEL_API boost::shared_ptr<zvTimerTask> zvSetTimer(const boost::function0<void>& fn,

@@ -102,7 +102,7 @@ int WritableFile::open(const char* path, OpenMode mode)
         return ENOENT;
     const int exclusive = mode == OpenMode::createNew ? O_EXCL : 0;
     do
-        m_descriptor = ::open(native.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | exclusive, 0600);
+        m_descriptor = ::open(native.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | exclusive, 0666);
     while (m_descriptor == -1 && errno == EINTR);
     if (m_descriptor != -1)
         return 0;

@@ -1,0 +1,69 @@
+#pragma once
+
+#include "examples/deploy_demo/history.h"
+#include "examples/deploy_demo/posix/worker_processes.h"
+#include "examples/deploy_demo/progress.h"
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace zorvel {
+namespace demo {
+
+/// Who takes part.
+struct Cast
+{
+    std::vector<Member> members;
+    /// The command of each member's process.
+    std::vector<std::vector<std::string>> commands;
+    /// Releases that all of them are to deploy together, for the progress line.
+    int releases = 0;
+};
+
+/// Starts the processes, kills the one that stalls, and writes down what they
+/// report.
+class Play
+{
+public:
+    /// The directory is where they meet. The progress line outlives this
+    /// object.
+    Play(const Cast& cast, const std::filesystem::path& directory, Progress& progress);
+
+    /// Runs it to its end; false when the user interrupted it. Throws
+    /// std::runtime_error when it cannot go on.
+    bool run();
+
+    /// After run().
+    const History& history() const { return m_history; }
+    /// What went wrong with single processes.
+    const std::vector<std::string>& problems() const { return m_problems; }
+
+private:
+    bool start();
+    bool answer(Event& event);
+    bool compareClocks();
+    bool perform();
+    void receive(const Report& report);
+    void killStalled();
+    void finish();
+    std::string situation() const;
+    std::string staleness() const;
+
+    const Cast m_cast;
+    const std::filesystem::path m_directory;
+    Progress& m_progress;
+    WorkerProcesses m_processes;
+    History m_history;
+    std::vector<std::string> m_problems;
+
+    /// What is taken off each process's times to have them on this clock.
+    std::vector<Microseconds> m_offsets;
+    std::size_t m_running = 0;
+    bool m_stalled = false;
+    std::size_t m_victim = 0;
+    Microseconds m_killAt = 0;
+};
+
+}  // namespace demo
+}  // namespace zorvel

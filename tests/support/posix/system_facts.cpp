@@ -1,0 +1,48 @@
+#include "tests/support/system_facts.h"
+
+#include <fcntl.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+
+namespace zorvel {
+namespace test {
+
+unsigned long codeOfMissingFile()
+{
+    return ENOENT;
+}
+
+unsigned long codeOfDeniedAccess()
+{
+    return EACCES;
+}
+
+std::string systemTextOf(unsigned long code)
+{
+    return std::strerror(static_cast<int>(code));
+}
+
+bool systemTextsEndWithALine()
+{
+    return false;
+}
+
+void failToOpenAFile()
+{
+    open("/no such directory/no such file", O_RDONLY);
+}
+
+void clearLastError()
+{
+    errno = 0;
+}
+
+void setEnvironment(const std::string& name, const std::string& value)
+{
+    setenv(name.c_str(), value.c_str(), 1);
+}
+
+}  // namespace test
+}  // namespace zorvel

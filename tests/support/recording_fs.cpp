@@ -1,0 +1,313 @@
+#include "tests/support/recording_fs.h"
+
+#include "platform/clock.h"
+
+#include <zorvel/errors.h>
+
+#include <boost/date_time/posix_time/posix_time.hpp>
+
+namespace zorvel {
+namespace test {
+
+namespace {
+
+using boost::posix_time::ptime;
+using boost::posix_time::time_duration;
+
+const ptime epoch(boost::gregorian::date(1970, 1, 1));
+
+std::string microseconds(const time_duration& offset)
+{
+    const long long count = offset.total_microseconds();
+    if (count == 0)
+        return "now";
+    return (count > 0 ? "+" : "") + std::to_string(count) + "us";
+}
+
+std::string directoryOf(const std::string& name)
+{
+    const std::size_t end = name.find_last_of("/\\");
+    return end == std::string::npos ? std::string() : name.substr(0, end);
+}
+
+/// The word for the exception that is being handled.
+std::string currentException()
+{
+    try {
+        throw;
+    } catch (const zvNoSuchDirectory&) {
+        return "no such directory";
+    } catch (const zvPermissionDenied&) {
+        return "permission denied";
+    } catch (const zvFileAccessError&) {
+        return "file access error";
+    } catch (const zvFileNotFoundError&) {
+        return "file not found";
+    } catch (...) {
+        return "another exception";
+    }
+}
+
+}  // namespace
+
+std::string offsetFromNow(const ptime& deadline)
+{
+    if (deadline.is_not_a_date_time())
+        return "nadt";
+    if (deadline.is_pos_infinity())
+        return "+inf";
+    if (deadline.is_neg_infinity())
+        return "-inf";
+    return microseconds(deadline - platform::localTime());
+}
+
+std::string Operation::text() const
+{
+    return verb + ' ' + name + (deadline ? ' ' + offsetFromNow(*deadline) : std::string());
+}
+
+void RecordingFs::addDirectory(const std::string& path)
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_directories[path] = true;
+}
+
+void RecordingFs::removeDirectory(const std::string& path)
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_directories.erase(path);
+}
+
+void RecordingFs::addFile(const std::string& name, long long ageSeconds)
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_files[name] = serverTime() - ageSeconds;
+}
+
+void RecordingFs::removeFileNow(const std::string& name)
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_files.erase(name);
+}
+
+bool RecordingFs::has(const std::string& name) const
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return m_files.count(name) > 0;
+}
+
+std::vector<std::string> RecordingFs::files() const
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    std::vector<std::string> names;
+    for (const Files::value_type& file : m_files)
+        names.push_back(file.first);
+    return names;
+}
+
+long long RecordingFs::ageOf(const std::string& name) const
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return serverTime() - m_files.at(name);
+}
+
+void RecordingFs::setServerOffset(const time_duration& offset)
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_serverOffset = offset;
+}
+
+void RecordingFs::setHook(const Hook& hook)
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_hook = std::make_shared<Hook>(hook);
+}
+
+void RecordingFs::setScript(const Script& script)
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_script = std::make_shared<Script>(script);
+}
+
+std::vector<std::string> RecordingFs::log() const
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return m_log;
+}
+
+void RecordingFs::clearLog()
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_log.clear();
+    m_count = 0;
+}
+
+/// The mutex is held by the caller.
+long long RecordingFs::serverTime() const
+{
+    const time_duration sinceEpoch = platform::universalTime() + m_serverOffset - epoch;
+    return sinceEpoch.total_seconds();
+}
+
+/// The mutex is held by the caller.
+void RecordingFs::requireDirectoryOf(const std::string& name) const
+{
+    if (m_directories.count(directoryOf(name)) == 0)
+        throw zvNoSuchDirectory(name);
+}
+
+Operation RecordingFs::nextOperation(const char* verb, const std::string& name, const Deadline& deadline)
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return Operation{++m_count, verb, name, deadline};
+}
+
+boost::optional<bool> RecordingFs::scripted(const Operation& operation)
+{
+    std::shared_ptr<Hook> hook;
+    std::shared_ptr<Script> script;
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        hook = m_hook;
+        script = m_script;
+    }
+    if (*hook)
+        (*hook)(operation);
+    return *script ? (*script)(operation) : boost::none;
+}
+
+void RecordingFs::write(const std::string& line)
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_log.push_back(line);
+}
+
+long long RecordingFs::record(const char* verb, const std::string& name, const Deadline& deadline,
+                              const std::function<long long()>& answer)
+{
+    const Operation operation = nextOperation(verb, name, deadline);
+    const std::string text = operation.text();
+    try {
+        scripted(operation);  // may throw; a number has no script
+        const long long result = answer();
+        write(text + " -> " + std::to_string(result));
+        return result;
+    } catch (...) {
+        write(text + " -> " + currentException());
+        throw;
+    }
+}
+
+bool RecordingFs::recordYesNo(const char* verb, const std::string& name, const Deadline& deadline,
+                              const std::function<bool()>& answer)
+{
+    const Operation operation = nextOperation(verb, name, deadline);
+    const std::string text = operation.text();
+    try {
+        const boost::optional<bool> given = scripted(operation);
+        const bool result = given ? *given : answer();
+        write(text + (result ? " -> true" : " -> false"));
+        return result;
+    } catch (...) {
+        write(text + " -> " + currentException());
+        throw;
+    }
+}
+
+bool RecordingFs::isDirectory(const char* path)
+{
+    return recordYesNo("isDirectory", path, boost::none, [&] {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        return m_directories.count(path) > 0;
+    });
+}
+
+bool RecordingFs::fileExists(const char* name)
+{
+    return recordYesNo("exists", name, boost::none, [&] {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        if (m_files.count(name) > 0)
+            return true;
+        requireDirectoryOf(name);
+        return false;
+    });
+}
+
+bool RecordingFs::createFileExclusive(const char* name)
+{
+    return recordYesNo("create", name, boost::none, [&] {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        requireDirectoryOf(name);
+        return m_files.insert(Files::value_type(name, serverTime())).second;
+    });
+}
+
+bool RecordingFs::removeFileUntil(const std::string& name, const ptime& deadline)
+{
+    return recordYesNo("remove", name, deadline, [&] {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        return m_files.erase(name) > 0;
+    });
+}
+
+bool RecordingFs::refreshLockFileUntil(const std::string& name, const ptime& deadline)
+{
+    return recordYesNo("refresh", name, deadline, [&] {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        requireDirectoryOf(name);
+        m_files[name] = serverTime();
+        return true;
+    });
+}
+
+zvTime64 RecordingFs::getModificationTime(const char* name)
+{
+    return record("mtime", name, boost::none, [&] {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        const Files::const_iterator file = m_files.find(name);
+        if (file == m_files.end())
+            throw zvFileNotFoundError(name);
+        return file->second;
+    });
+}
+
+// No lock asks for the rest: they are written down and fail.
+
+bool RecordingFs::mkdirP(const char* path)
+{
+    return recordYesNo("mkdirP", path, boost::none, [] { return false; });
+}
+
+int RecordingFs::removeEntry(const char* name)
+{
+    return static_cast<int>(record("removeEntry", name, boost::none, [] { return -1; }));
+}
+
+bool RecordingFs::removeRF(const char* path)
+{
+    return recordYesNo("removeRF", path, boost::none, [] { return false; });
+}
+
+bool RecordingFs::anyMatch(const char* pattern)
+{
+    return recordYesNo("anyMatch", pattern, boost::none, [] { return false; });
+}
+
+int RecordingFs::findMatchingFilesAndDirs(const char* pattern, const zvStringProcedure&, const zvStringProcedure&,
+                                          int, bool)
+{
+    return static_cast<int>(record("findMatchingFilesAndDirs", pattern, boost::none, [] { return 0; }));
+}
+
+unsigned short RecordingFs::disableWritePermission(const char* path)
+{
+    return static_cast<unsigned short>(record("disableWritePermission", path, boost::none, [] { return 0; }));
+}
+
+unsigned short RecordingFs::enableWritePermission(const char* path)
+{
+    return static_cast<unsigned short>(record("enableWritePermission", path, boost::none, [] { return 0; }));
+}
+
+}  // namespace test
+}  // namespace zorvel

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <string>
+
+/// The operating system, asked without the library.
+namespace zorvel {
+namespace test {
+
+unsigned long codeOfMissingFile();
+unsigned long codeOfDeniedAccess();
+
+/// The text for a code, as the system gives it.
+std::string systemTextOf(unsigned long code);
+
+/// Whether those texts end with a carriage return and a line feed.
+bool systemTextsEndWithALine();
+
+/// Leaves codeOfMissingFile() as the calling thread's last error.
+void failToOpenAFile();
+
+/// Leaves 0 as the calling thread's last error.
+void clearLastError();
+
+/// Sets a variable of this process's environment.
+void setEnvironment(const std::string& name, const std::string& value);
+
+}  // namespace test
+}  // namespace zorvel
