@@ -145,6 +145,9 @@ int report(const Options& options, const Play& play, const std::vector<std::stri
 
 int run(const Options& options)
 {
+    // With one release each the others may be done before the kill.
+    if (!options.noKill && options.releases < 2)
+        throw std::invalid_argument("--releases must be at least 2, or nobody killed (--no-kill)");
     const ScratchDirectory directory(options.output);
     const Cast cast = castOf(options, directory.path());
     Progress progress(std::cout, outputIsTerminal());

@@ -157,7 +157,8 @@ void printDeath(std::ostream& out, const History& history)
         return;
     }
     const std::string heir = history.members()[next.process].name;
-    out << "time until its lock was taken over: " << seconds(next.time - kill.time) << ", by " << heir << '\n';
+    out << "time until its lock was taken over: " << seconds(next.time - kill.time) << ", by " << heir
+        << " (stale 30 s after its last refresh, which came up to a second before the kill)\n";
     out << heir << " found " << dead << "'s mark " << (next.foundMark ? "" : "NOT ") << "in the directory and "
         << next.foundFiles << " files of release " << kill.release << ", removed them and deployed it anew\n";
 }

@@ -39,11 +39,11 @@ TEST_F(RealLock, OtherFilesAreLeftAlone)
 {
     m_tree.file("release.txt", "content");
     m_tree.directory(".deploy_lock.1");
-    m_tree.file(".deploy_lock.", "content");
+    m_tree.file(".deploy_lock.x", "content");
     {
         const std::lock_guard<zvDirectoryExclusiveLock> guard(m_lock);
     }
-    EXPECT_EQ((Names{".deploy_lock.", ".deploy_lock.1", "release.txt"}), m_tree.names());
+    EXPECT_EQ((Names{".deploy_lock.1", ".deploy_lock.x", "release.txt"}), m_tree.names());
 }
 
 TEST_F(RealLock, TakesOverAStaleFile)

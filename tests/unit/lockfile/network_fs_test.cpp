@@ -344,43 +344,19 @@ int refusedOperation(const std::vector<std::string>& arguments)
 const ChildMode refusedMode("refused", &refusedOperation);
 
 /// A read-only file in a read-only directory: one of the two systems refuses
-/// by the one, the other by the other.
-class NetworkFsRefused : public NetworkFs
+/// to remove it by the one, the other by the other.
+TEST_F(NetworkFs, ARefusedRemovalIsThrownAtOnce)
 {
-protected:
-    NetworkFsRefused()
-    {
-        m_tree.directory("refused");
-        m_tree.file("refused\\file");
-        m_tree.makeReadOnly("refused\\file");
-        m_tree.makeReadOnly("refused");
-    }
-
-    std::string run(const char* operation)
-    {
-        ProcessOptions options;
-        options.unprivileged = true;
-        return runChild("refused", {operation, m_name}, options).output;
-    }
-
-    const std::string m_name = m_tree.path("refused\\file");
-    const std::string m_denied = "denied Tried to obtain a lock on a directory without write permission: " + m_name;
-};
-
-TEST_F(NetworkFsRefused, ARefreshIsTriedForHalfASecondThenThrown)
-{
-    EXPECT_EQ(m_denied + " 50 50\n", run("refresh"));
-}
-
-TEST_F(NetworkFsRefused, ARemovalIsThrownAtOnce)
-{
-    EXPECT_EQ(m_denied + " 0 0\n", run("remove"));
+    m_tree.directory("refused");
+    m_tree.file("refused\\file");
+    m_tree.makeReadOnly("refused\\file");
+    m_tree.makeReadOnly("refused");
+    const std::string name = m_tree.path("refused\\file");
+    ProcessOptions options;
+    options.unprivileged = true;
+    EXPECT_EQ("denied Tried to obtain a lock on a directory without write permission: " + name + " 0 0\n",
+              runChild("refused", {"remove", name}, options).output);
     EXPECT_TRUE(m_tree.exists("refused\\file"));
-}
-
-TEST_F(NetworkFsRefused, ACreationOfWhatExistsAnswersFalseAtOnce)
-{
-    EXPECT_EQ("done 0 0\n", run("create"));
 }
 
 }  // namespace
