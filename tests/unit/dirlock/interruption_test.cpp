@@ -103,6 +103,53 @@ TEST(Interruption, OfAFileOperationWhileQueuedLeavesNoFile)
     expectFree(scene);
 }
 
+TEST(Interruption, OfTheQueuesCleanUpAfterAnErrorLeavesNoFile)
+{
+    Scene scene;
+    scene.take(0);
+    scene.before("create #0", 2, [] { throw zvFileAccessError("the error"); });
+    scene.before("remove #1", 1, [] { throw boost::thread_interrupted(); });
+    EXPECT_THROW(scene.lock().acquire(seconds(10), false), boost::thread_interrupted);
+    EXPECT_FALSE(scene.isTaken(1));
+    scene.free(0);
+    expectFree(scene);
+}
+
+/// A link that leads nowhere: it exists for a creation and not for its time.
+TEST(Interruption, OfAnAcquireThatFindsAVanishedFileAgainAndAgain)
+{
+    Scene scene;
+    scene.take(0);
+    scene.refuse("create #0");
+    boost::thread thread;
+    int judged = 0;
+    boost::mutex begin;
+    boost::unique_lock<boost::mutex> notYet(begin);
+    scene.fs().setHook([&](const Operation& operation) {
+        if (operation.verb != "mtime" || operation.name != scene.nameOf(0))
+            return;
+        if (++judged == 100)
+            thread.interrupt();
+        throw zvFileNotFoundError(operation.name);
+    });
+    Outcome outcome = notAcquired;
+    thread = boost::thread([&] {
+        {
+            const boost::lock_guard<boost::mutex> lock(begin);
+        }
+        try {
+            scene.lock().acquire(boost::posix_time::time_duration(boost::posix_time::pos_infin), false);
+        } catch (const boost::thread_interrupted&) {
+            outcome = interrupted;
+        }
+    });
+    notYet.unlock();
+    thread.join();
+    EXPECT_EQ(interrupted, outcome);
+    EXPECT_EQ(100, judged);
+    EXPECT_FALSE(scene.isTaken(1));
+}
+
 TEST(Interruption, OfTheFinalLockFileLeavesNoFile)
 {
     Scene scene;

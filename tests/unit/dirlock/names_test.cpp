@@ -1,3 +1,5 @@
+#include <zorvel/errors.h>
+
 #include "tests/unit/dirlock/scene.h"
 
 #include <gmock/gmock.h>
@@ -26,6 +28,23 @@ TEST(LockNames, TheDirectoryIsNotChanged)
     EXPECT_EQ(" relative/.deploy_lock.0", fileOfFreeLock(" relative"));
     EXPECT_EQ("./.deploy_lock.0", fileOfFreeLock("."));
     EXPECT_EQ("/.deploy_lock.0", fileOfFreeLock(""));
+}
+
+/// The system would cut it at the NUL and mean another file: the lock's own
+/// removal at the end would take that one.
+TEST(LockNames, ADirectoryWithANulInItIsRefusedBeforeAnythingIsTouched)
+{
+    const std::string directory("D\0", 2);
+    Scene scene(directory);
+    scene.fs().addFile("D");
+    try {
+        scene.lock().tryAcquire(false);
+        FAIL() << "a directory with a NUL in it was locked";
+    } catch (const zvNoSuchDirectory&) {
+    }
+    EXPECT_TRUE(scene.fs().log().empty());
+    EXPECT_TRUE(scene.fs().has("D"));
+    EXPECT_FALSE(scene.lock().release());
 }
 
 TEST(LockNames, ADirectoryThatEndsInATrailByteIsNotChanged)

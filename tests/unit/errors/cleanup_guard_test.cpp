@@ -103,6 +103,21 @@ TEST(CleanupGuard, AnExceptionOfTheCallableLeavesAndTheCallableIsGone)
     EXPECT_EQ(1, held.use_count());
 }
 
+TEST(CleanupGuard, ACallableMayDisarmItsOwnGuard)
+{
+    const std::shared_ptr<int> held = std::make_shared<int>(0);
+    {
+        zvCleanupFunctionGuard* self = nullptr;
+        zvCleanupFunctionGuard guard([held, &self] {
+            ++*held;
+            self->disarm();
+        });
+        self = &guard;
+    }
+    EXPECT_EQ(1, *held);
+    EXPECT_EQ(1, held.use_count());
+}
+
 TEST(CleanupGuard, CannotBeCopied)
 {
     EXPECT_FALSE(std::is_copy_constructible<zvCleanupFunctionGuard>::value);

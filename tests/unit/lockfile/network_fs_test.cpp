@@ -256,6 +256,18 @@ TEST_F(NetworkFs, ModificationTimeIsTheServersInSeconds)
     EXPECT_EQ(m_tree.modificationTime("file"), m_fs->getModificationTime((m_tree.root() + "/file").c_str()));
 }
 
+/// The system would cut the name at the NUL and take it for the file before.
+TEST_F(NetworkFs, ANameWithANulInItIsNoFile)
+{
+    m_tree.file("precious", "data");
+    const std::string name = m_tree.path("precious") + '\0' + "more";
+    EXPECT_FALSE(m_fs->removeFileUntil(name, later()));
+    EXPECT_FALSE(m_fs->removeFile(name));
+    EXPECT_THROW(m_fs->refreshLockFileUntil(name, later()), zvNoSuchDirectory);
+    EXPECT_THROW(zvLockFile(name, zvLockFile::NO_REFRESH, m_fs), zvNoSuchDirectory);
+    EXPECT_EQ("data", m_tree.content("precious"));
+}
+
 TEST_F(NetworkFs, ModificationTimeOfAMissingFileThrows)
 {
     const std::string name = m_tree.root() + "/missing";

@@ -27,17 +27,17 @@ protected:
         return zvSetTimer([this] { m_called.happen(); }, interval, repeat);
     }
 
-    /// Sets a timer that calls three times without a pause and ends then.
-    void expectCallsAtOnce(const time_duration& interval)
+    /// Sets a timer that calls again and again without a pause, and ends then.
+    void expectCallsAtOnce(const time_duration& interval, std::size_t times = 3)
     {
         const Timer timer = zvSetTimer(
-            [this] {
+            [this, times] {
                 m_called.happen();
-                if (m_called.count() == 3)
+                if (m_called.count() == times)
                     throw EndOfTimer();
             },
             interval, true);
-        EXPECT_TRUE(m_called.waitFor(3));
+        EXPECT_TRUE(m_called.waitFor(times));
         timer->cancel();
         EXPECT_TRUE(fake_clock::sleeps().empty());
         EXPECT_EQ(fake_clock::start(), fake_clock::now());
@@ -81,6 +81,12 @@ TEST_F(TimerInterval, NegativeInfinityCallsAtOnce)
 TEST_F(TimerInterval, AHugeNegativeOneCallsAtOnce)
 {
     expectCallsAtOnce(-longest);
+}
+
+/// Deadlines counted on from each other would leave the range of the clock.
+TEST_F(TimerInterval, ANegativeOneOfNinetyYearsCallsAtOnceForEver)
+{
+    expectCallsAtOnce(-hours(24 * 365 * 90), 10000);
 }
 
 TEST_F(TimerInterval, ANegativeOneShotCallsOnce)
