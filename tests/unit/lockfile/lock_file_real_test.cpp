@@ -1,12 +1,15 @@
 #include <zorvel/errors.h>
 #include <zorvel/lockfile.h>
 
+#include "tests/support/recording_fs.h"
 #include "tests/support/temporary_tree.h"
 
+#include <boost/make_shared.hpp>
 #include <boost/thread/thread.hpp>
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <chrono>
 #include <functional>
 #include <memory>
@@ -105,29 +108,29 @@ TEST_F(RealLockFile, TheFirstCopyToGoEndsTheRefreshForBoth)
 
 TEST_F(RealLockFile, APendingInterruptionDoesNotKeepTheDestructorFromItsWork)
 {
-    bool pendingAfterwards = false;
+    const boost::shared_ptr<RecordingFs> fs = boost::make_shared<RecordingFs>();
+    fs->addDirectory("D");
+    // The destructor has to wait for a refresh under way.
+    std::atomic<bool> underWay(false);
+    fs->setHook([&](const Operation& operation) {
+        if (operation.number == 1)
+            return;
+        underWay = true;
+        std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    });
+    std::atomic<bool> pendingAfterwards(false);
     boost::thread owner([&] {
-        auto file = make(milliseconds(1));
-        try {
-            boost::this_thread::sleep(boost::posix_time::hours(1));
-        } catch (const boost::thread_interrupted&) {
-        }
-        // The next interruption is not taken by anybody but the destructor.
-        while (!boost::this_thread::interruption_requested())
+        std::unique_ptr<zvLockFile> file(new zvLockFile("D/lock", milliseconds(1), fs));
+        while (!underWay || !boost::this_thread::interruption_requested())
             boost::this_thread::yield();
         file.reset();
         pendingAfterwards = boost::this_thread::interruption_requested();
     });
-    ASSERT_TRUE(eventually([&] { return m_tree.exists("lock"); }));
     owner.interrupt();
-    // Whether the first one was taken is seen by the second one staying.
-    EXPECT_TRUE(eventually([&] {
-        owner.interrupt();
-        return owner.timed_join(milliseconds(5));
-    }));
+    owner.join();
     EXPECT_TRUE(pendingAfterwards);
-    std::this_thread::sleep_for(std::chrono::milliseconds(50));
-    EXPECT_FALSE(m_tree.exists("lock"));
+    EXPECT_EQ(0u, fs->log().back().find("remove D/lock "));
+    EXPECT_TRUE(fs->files().empty());
 }
 
 TEST_F(RealLockFile, ManyAtOnce)
