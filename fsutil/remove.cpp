@@ -111,32 +111,46 @@ private:
             return;
         }
         level.name = name;
-        level.pending = level.directory.list();
+        // What could not be listed shows in the end in the directory, which cannot be removed then.
+        level.directory.list(level.pending);
         if (!level.pending.empty())
             level.directory.allowRemovalsInside();
         m_levels.push_back(std::move(level));
         if (m_levels.size() > openLevels)
-            m_levels[m_levels.size() - 1 - openLevels].directory.suspend();
+            letGo(m_levels[m_levels.size() - 1 - openLevels].directory);
+    }
+
+    /// Nothing is removed in a level that is let go, and it may be for good:
+    /// its mode must not wait for it to be found again.
+    static void letGo(RemovalDirectory& directory)
+    {
+        directory.restorePermission();
+        directory.suspend();
+    }
+
+    static bool takeUp(RemovalDirectory& directory, const RemovalDirectory& child)
+    {
+        if (!directory.resume(child))
+            return false;
+        directory.allowRemovalsInside();
+        return true;
     }
 
     void leave()
     {
         Level level = std::move(m_levels.back());
         m_levels.pop_back();
-        if (!m_levels.empty() && !m_levels.back().directory.resume(level.directory)) {
-            abandon(level);
-            return;
-        }
-        m_isRemoved = removeDirectory(current(), level.name.c_str(), &level.directory);
-        if (!m_isRemoved)
-            level.directory.restorePermission();
+        if (!m_levels.empty() && !takeUp(m_levels.back().directory, level.directory))
+            abandon();
+        else
+            m_isRemoved = removeDirectory(current(), level.name.c_str(), &level.directory);
     }
 
     /// The tree was moved while the levels above were let go: none of them can
-    /// be found again, and what is now in their place is not theirs.
-    void abandon(Level& level)
+    /// be found again, and what is now in their place is not theirs. A level
+    /// that goes puts its own mode back.
+    void abandon()
     {
-        level.directory.restorePermission();
         m_levels.clear();
         m_isRemoved = false;
     }
@@ -146,14 +160,24 @@ private:
     bool m_isRemoved;
 };
 
+/// Whether looking for entries ended with certainty about them: they are known,
+/// or there is nothing that the caller's pattern could name. A name longer than
+/// the file system takes is that of nothing. Every other failure (descriptors
+/// used up, a disk that cannot be read) tells nothing about what is there.
+bool isCertain(int code)
+{
+    return code == 0 || code == ENOENT || code == ENOTDIR || code == EACCES || code == ENAMETOOLONG;
+}
+
 bool removeMatches(const WalkPattern& pattern)
 {
     RemovalDirectory top;
-    // Nothing can match in a directory that cannot be opened.
-    if (top.open(pattern.directory) != 0)
-        return true;
-    bool isAllRemoved = true;
-    for (const std::string& name : top.match(pattern.component))
+    const int code = top.open(pattern.directory);
+    if (code != 0)
+        return isCertain(code);
+    std::vector<std::string> names;
+    bool isAllRemoved = isCertain(top.match(pattern.component, names));
+    for (const std::string& name : names)
         isAllRemoved = SubtreeRemoval(top).run(name) && isAllRemoved;
     return isAllRemoved;
 }

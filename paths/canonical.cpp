@@ -34,16 +34,17 @@ std::size_t boundedLength(const char* text, std::size_t limit)
     return end == nullptr ? limit : static_cast<std::size_t>(static_cast<const char*>(end) - text);
 }
 
-/// The canonical form of an absolute path in out; empty when it does not fit.
+/// The canonical form of an absolute path in out, which may be the path; empty
+/// when it does not fit.
 void putCanonical(const char* path, char* out, std::size_t outSize)
 {
     char canonical[platform::canonicalPathSize];
-    out[0] = '\0';
-    if (!platform::canonicalize(path, canonical))
-        return;
+    const bool isDone = platform::canonicalize(path, canonical);
     const std::size_t size = std::strlen(canonical) + 1;
-    if (size <= outSize)
+    if (isDone && size <= outSize)
         std::memcpy(out, canonical, size);
+    else
+        out[0] = '\0';
 }
 
 /// Puts the absolute form of a path into out; false when the system cannot.

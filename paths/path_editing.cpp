@@ -9,7 +9,9 @@ bool zvAddPathSep(char* s)
     if (s == nullptr)
         return false;
     const std::size_t length = std::strlen(s);
-    if (length > 0 && zvIsPathSep(s[length - 1]))
+    if (length > 0 && s[length - 1] == '\\')
+        return true;
+    if (length > 0 && s[length - 1] == '/')
     {
         s[length - 1] = '\\';
         return true;

@@ -11,9 +11,11 @@ namespace platform {
 
 /// The entries that a pattern matches, one after another, in the system's
 /// order. Wild cards stand in the last component only. On Windows the system
-/// matches; on Linux '*' and '?' match by byte, with case, and names that hold
-/// '\' are passed over, because no path of the library could name them. "."
-/// and ".." are reported where the system does.
+/// matches, but only '*' and '?' are wild cards: a component with '<', '>', '"'
+/// or '|' matches nothing, and names with characters that the code page lacks
+/// are passed over. On Linux '*' and '?' match by character, with case, and
+/// names that hold '\' are passed over, because no path of the library could
+/// name them. "." and ".." are reported where the system does.
 class DirectorySearch
 {
 public:
@@ -43,9 +45,11 @@ private:
 /// handle shows that it lies elsewhere (a system that resolves a link although
 /// it was asked not to).
 ///
-/// Names are taken literally, as list() and match() gave them. Functions that
-/// return a code return 0 for success, else the runtime's errno value. One
-/// thread at a time.
+/// Names are taken literally, as list() and match() gave them. What the system
+/// would not take literally (Windows: a blank or dot at the end) is a file that
+/// cannot be removed. Functions that return a code return 0 for success, else
+/// the runtime's errno value. The mode that allowRemovalsInside() changed is
+/// back at the latest when the object goes. One thread at a time.
 class RemovalDirectory
 {
 public:
@@ -65,13 +69,15 @@ public:
     /// of more than 2561 bytes.
     int openChild(const RemovalDirectory& parent, const char* name);
 
-    /// The names of all entries but "." and "..". What cannot be listed has
-    /// none.
-    std::vector<std::string> list() const;
+    /// Appends the names of all entries but "." and "..". On failure some may
+    /// be missing: EACCES where listing is not allowed, EILSEQ where Windows
+    /// holds names that the code page lacks characters for.
+    int list(std::vector<std::string>& names) const;
 
-    /// The names of the entries that a pattern matches, as DirectorySearch
-    /// matches them, without "." and "..".
-    std::vector<std::string> match(const char* component) const;
+    /// The same for the entries that a pattern matches, as DirectorySearch
+    /// matches them. ENOENT where that shows that there are none; without wild
+    /// cards the code with which the system refuses to look at the one name.
+    int match(const char* component, std::vector<std::string>& names) const;
 
     /// What an entry is: none only when it is not there, directory only when it
     /// is one itself. On Linux every link is a file, because it goes like one.
@@ -93,7 +99,8 @@ public:
 
     /// Takes off this directory what forbids to remove its entries: on Linux it
     /// gets its owner's write bit; on Windows nothing does.
-    /// restorePermission() puts the mode back if it was changed.
+    /// restorePermission() puts the mode back if it was changed. Neither does
+    /// anything when it is called again.
     void allowRemovalsInside();
     void restorePermission();
 

@@ -22,7 +22,8 @@ bool isAbsolutePath(const char* path);
 bool canonicalize(const char* in, char* out);
 
 /// The absolute form of a path, by text and the current directory, in at most
-/// size bytes with the terminator. False on failure; out is then undefined.
+/// size bytes with the terminator. out may be in. False on failure, and out is
+/// as it was.
 bool fullPath(const char* in, char* out, std::size_t size);
 
 }  // namespace platform

@@ -30,6 +30,7 @@ ZORVEL_API long long zvGetFileSize(const char* path);
 
 /// Stores the bytes free to the calling user on the file system of a directory.
 /// On failure false, with all bits of the result set. False for a null result.
+/// The path of a file gives its file system on Linux and fails on Windows.
 ZORVEL_API bool zvGetFileSystemAvailableSpace(const char* path, zvUInt64* available);
 
 /// The runtime's mode word of a path: its type and permission bits; bit 0x80
@@ -171,10 +172,13 @@ private:
 /// order is the system's. Links to directories are reported as directories and
 /// not entered. An entry whose path needs more than 2561 bytes is not
 /// reported, and on Linux neither is one whose name holds '\' (no path can
-/// name it). Exceptions of a callback leave the walk, nothing is leaked.
+/// name it); on Windows neither is one whose name has characters that the code
+/// page lacks. Exceptions of a callback leave the walk, nothing is leaked.
 ///
 /// Windows matches as the system does (case is ignored, "*.*" is everything,
-/// short names match too); Linux matches by byte, with case.
+/// short names match too), but only '*' and '?' are wild cards: a last component
+/// with '<', '>', '"' or '|', which no name can hold, matches nothing. Linux
+/// matches by character, with case: a double-byte character is one.
 ZORVEL_API int zvFindMatchingFilesAndDirs(const char* pattern, const zvStringProcedure& fileProc,
                                           const zvStringProcedure& dirProc, int depth, bool stopAtFirst);
 
@@ -194,8 +198,10 @@ ZORVEL_API bool zvMatchingFileOrDirExists(const char* pattern);
 /// exists at the end (and for an empty path), false for null and at the first
 /// directory that could not be created; those created before stay. Separators
 /// are unified and blanks around the path dropped. Server and share of a
-/// network path are never created. A drive without a separator ("C:x") is not
-/// supported.
+/// network path ("\\server\share", two leading separators) are never created
+/// and not looked at: a path of these two alone gives true, on Linux too, where
+/// nothing else treats them as a network path. A drive without a separator
+/// ("C:x") is not supported.
 ///
 /// A directory that somebody else creates at the same moment makes it false:
 /// call again. Exhausted memory leaves as std::bad_alloc.
@@ -204,12 +210,18 @@ ZORVEL_API bool zvMkdirP(const char* path);
 /// Removes every entry that the pattern matches, directories with all that is
 /// in them, forcing write permission on the way. True when all of it is gone
 /// (also when nothing matched), false when something had to stay; the rest is
-/// removed nevertheless, and what stayed has its write bit back.
+/// removed nevertheless, and what stayed has its write bit back, also when
+/// exhausted memory leaves as std::bad_alloc.
+///
+/// Nothing matched also where the directory part is missing, is no directory,
+/// or may not be opened or listed. Any other failure to look (descriptors or
+/// memory of the system are used up) gives false.
 ///
 /// The pattern is that of the walk at depth 0, so "." and roots remove
 /// nothing and give true; null too. Links are removed themselves: what they
 /// point to is never touched, also when somebody swaps a directory for a link
-/// while the removal runs. Windows: an entry whose path is longer than the
-/// system takes (259 bytes, in no case more than 2561) stays (false); Linux has
-/// no such limit below the pattern.
+/// while the removal runs. Windows: an entry stays (false) whose path is longer
+/// than the system takes (259 bytes, in no case more than 2561), or whose name
+/// the system would not take literally (a blank or dot at its end, characters
+/// that the code page lacks); Linux has no such limits below the pattern.
 ZORVEL_API bool zvRemoveRF(const char* pattern);

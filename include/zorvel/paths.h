@@ -52,6 +52,26 @@ ZORVEL_API bool operator!=(const char* left, const zvMBCSSafeString& right);
 ZORVEL_API bool operator==(const zvMBCSSafeString& left, const zvMBCSSafeString& right);
 ZORVEL_API bool operator!=(const zvMBCSSafeString& left, const zvMBCSSafeString& right);
 
+/// A plain string is compared by character over its whole length, as a copy;
+/// exhausted memory leaves as std::bad_alloc. Without these the comparison
+/// would be ambiguous with the standard one, which compares bytes.
+inline bool operator==(const zvMBCSSafeString& left, const std::string& right)
+{
+    return left == zvMBCSSafeString(right);
+}
+inline bool operator!=(const zvMBCSSafeString& left, const std::string& right)
+{
+    return !(left == right);
+}
+inline bool operator==(const std::string& left, const zvMBCSSafeString& right)
+{
+    return right == left;
+}
+inline bool operator!=(const std::string& left, const zvMBCSSafeString& right)
+{
+    return !(right == left);
+}
+
 // ---------------------------------------------------------------------------
 // Separators and path editing. "String" is a NUL-terminated byte string.
 // None of these functions allocates, throws or keeps a pointer; all may be
@@ -76,8 +96,8 @@ ZORVEL_API const char* zvFindLastSep(const char* first, const char* last);
 ///   "dir\\" => the 'r'
 ZORVEL_API const char* zvFindLastNotSep(const char* first, const char* last);
 
-/// Ends a string with '\'. The buffer needs room for one more byte. False only
-/// for null.
+/// Ends a string with '\'. The buffer needs room for one more byte; nothing is
+/// written when the string ends in '\' already. False only for null.
 ///   "" => "\"   "C:\dir" => "C:\dir\"   "C:\dir/" => "C:\dir\"
 /// The last byte is looked at alone: a name that ends in a double-byte
 /// character whose second byte is 0x5C gets no separator.
@@ -106,14 +126,19 @@ ZORVEL_API char* zvCollapsePath(char* out, const char* in);
 /// The canonical absolute form of a path.
 ///
 /// in: inLen characters, not necessarily terminated when inLen is below 2562;
-/// a longer input must carry its own NUL. White space at both ends does not
-/// count as a name: nothing else left means the current directory.
+/// a longer input must carry its own NUL, which may lie behind them. White
+/// space at both ends does not count as a name: nothing else left means the
+/// current directory. The byte in[inLen] is read in one case of a shorter
+/// input: it begins with white space, holds no NUL, and no absolute form could
+/// be made. It must be readable then; it tells whether the input is terminated.
 ///
 /// Returns a pointer that need not be out: always use the returned pointer.
 /// An absolute path is put into out with "." and ".." removed (empty when it
 /// does not fit outSize or 260 bytes); a relative path is made absolute in
 /// out; when the system cannot do that, or out is null or outSize is 0, the
-/// input itself is returned. Null for a null input.
+/// input itself is returned: from its first byte that is not white space when
+/// it is terminated, else as it is; nothing was written to out then. out may be
+/// in. Null for a null input.
 ///
 /// Absolute is, on Windows, a drive with a separator or two leading
 /// separators; on Linux one leading separator (a drive letter is an ordinary
@@ -199,6 +224,7 @@ public:
     /// Replaces the text through the normaliser. Null is the empty text.
     zvPathString_& assign(const char* text, std::size_t length);
     zvPathString_& assign(const char* text) { return assign(text, text ? std::strlen(text) : 0); }
+    zvPathString_& assign(const std::string& text) { return assign(text.data(), text.size()); }
 
     /// The index of the first character at or after `from` at which `text`
     /// stands, compared by character (see zvMBCSSafeString), or npos. The
@@ -207,6 +233,8 @@ public:
     /// npos.
     std::size_t find(const char* text, std::size_t from = 0) const;
     std::size_t find(const S& text, std::size_t from = 0) const;
+    /// A character of one byte; never a half of a double-byte one.
+    std::size_t find(char character, std::size_t from = 0) const { return find(S(1, character), from); }
 
     /// Appends the components with exactly one separator between them, then
     /// normalises the whole once. Components may lie inside this string.

@@ -24,17 +24,18 @@ bool holdsBackslash(const char* native)
     return false;
 }
 
-/// An absolute native path that grows in the caller's buffer. No codeset has
-/// '/' inside a character, so it is looked for byte by byte. The root is the
-/// empty text until the end.
+/// An absolute native path that grows in a buffer of its own, so that nothing
+/// of the caller's changes before it is complete. No codeset has '/' inside a
+/// character, so it is looked for byte by byte. The root is the empty text
+/// until the end.
 class AbsolutePath
 {
 public:
-    AbsolutePath(char* buffer, std::size_t size) : m_text(buffer), m_size(size), m_length(0) { m_text[0] = '\0'; }
+    AbsolutePath() : m_length(0) { m_text[0] = '\0'; }
 
     bool startAtCurrentDirectory()
     {
-        if (getcwd(m_text, m_size) == nullptr || m_text[0] != '/' || holdsBackslash(m_text))
+        if (getcwd(m_text, sizeof m_text) == nullptr || m_text[0] != '/' || holdsBackslash(m_text))
             return false;
         m_length = std::strlen(m_text);
         if (m_length == 1)
@@ -55,8 +56,8 @@ public:
     }
 
     /// Ends the text, with a separator when asked to or when it is the root,
-    /// and turns it into the library's form.
-    bool finish(bool separator)
+    /// and hands it out in the library's form if it fits.
+    bool finish(bool separator, char* out, std::size_t size)
     {
         if ((separator || m_length == 0) && !append("", 0))
             return false;
@@ -66,13 +67,16 @@ public:
             if (*p == '/')
                 *p = '\\';
         }
+        if (m_length >= size)
+            return false;
+        std::memcpy(out, m_text, m_length + 1);
         return true;
     }
 
 private:
     bool append(const char* name, std::size_t length)
     {
-        if (m_size - m_length < length + 2)
+        if (sizeof m_text - m_length < length + 2)
             return false;
         m_text[m_length++] = '/';
         std::memcpy(m_text + m_length, name, length);
@@ -87,8 +91,7 @@ private:
         }
     }
 
-    char* m_text;
-    std::size_t m_size;
+    char m_text[2 * PATH_MAX];
     std::size_t m_length;
 };
 
@@ -102,7 +105,7 @@ bool fullPath(const char* in, char* out, std::size_t size)
     const char* name = native.c_str();
     if (*in != '\0' && *name == '\0')
         return false;
-    AbsolutePath path(out, size);
+    AbsolutePath path;
     if (*name != '/' && !path.startAtCurrentDirectory())
         return false;
     std::size_t length = 0;
@@ -112,7 +115,7 @@ bool fullPath(const char* in, char* out, std::size_t size)
         if (!path.take(name, length))
             return false;
     }
-    return path.finish(*native.c_str() != '\0' && name[-1] == '/');
+    return path.finish(*native.c_str() != '\0' && name[-1] == '/', out, size);
 }
 
 }  // namespace platform

@@ -21,33 +21,52 @@ int codeOf(int result)
     return result == 0 ? 0 : errno;
 }
 
-/// Names of an open directory; the stream has a descriptor of its own because
-/// it closes it.
-std::vector<std::string> namesOf(int descriptor)
+typedef std::unique_ptr<DIR, int (*)(DIR*)> Stream;
+
+/// A stream on an open directory, with a descriptor of its own because it
+/// closes it. Null with errno set on failure.
+Stream streamOf(int descriptor)
 {
-    std::vector<std::string> names;
     const int copy = fcntl(descriptor, F_DUPFD_CLOEXEC, 0);
-    DIR* const raw = copy != -1 ? fdopendir(copy) : nullptr;
-    if (!raw && copy != -1)
+    DIR* const stream = copy != -1 ? fdopendir(copy) : nullptr;
+    if (stream)
+        rewinddir(stream);
+    else if (copy != -1) {
+        const int code = errno;
         close(copy);
-    const std::unique_ptr<DIR, int (*)(DIR*)> stream(raw, &closedir);
+        errno = code;
+    }
+    return Stream(stream, &closedir);
+}
+
+/// Appends the names of an open directory.
+int readNames(int descriptor, std::vector<std::string>& names)
+{
+    const Stream stream = streamOf(descriptor);
     if (!stream)
-        return names;
-    rewinddir(stream.get());
-    while (const dirent* entry = readdir(stream.get())) {
+        return errno;
+    for (;;) {
+        // The end and a failure differ in errno alone.
+        errno = 0;
+        const dirent* const entry = readdir(stream.get());
+        if (!entry)
+            return errno;
         if (!posix::isDotName(entry->d_name))
             names.push_back(entry->d_name);
     }
-    return names;
 }
 
 }  // namespace
 
 struct RemovalDirectory::State
 {
-    State() : descriptor(-1), isKnown(false), isModeChanged(false) {}
+    State() : descriptor(-1), isListable(true), isKnown(false), isModeChanged(false) {}
 
-    ~State() { release(); }
+    ~State()
+    {
+        restoreMode();
+        release();
+    }
 
     State(const State&) = delete;
     State& operator=(const State&) = delete;
@@ -57,6 +76,13 @@ struct RemovalDirectory::State
         descriptor = opened;
         isKnown = opened != -1 && fstat(opened, &status) == 0;
         return opened == -1 ? errno : 0;
+    }
+
+    /// A refusal leaves the directory writable; there is nobody to tell.
+    void restoreMode()
+    {
+        if (isModeChanged && fchmod(descriptor, status.st_mode & 07777) == 0)
+            isModeChanged = false;
     }
 
     void release()
@@ -73,6 +99,7 @@ struct RemovalDirectory::State
     }
 
     int descriptor;
+    bool isListable;
     struct stat status;
     bool isKnown;
     bool isModeChanged;
@@ -92,8 +119,10 @@ int RemovalDirectory::open(const char* path)
     const char* const name = *path ? native.c_str() : ".";
     int descriptor = ::open(name, O_RDONLY | openFlags);
     // Without read permission nothing can be listed, but a single name can still be reached.
-    if (descriptor == -1 && errno == EACCES)
+    if (descriptor == -1 && errno == EACCES) {
         descriptor = ::open(name, O_PATH | openFlags);
+        m_state->isListable = false;
+    }
     return m_state->adopt(descriptor);
 }
 
@@ -103,25 +132,29 @@ int RemovalDirectory::openChild(const RemovalDirectory& parent, const char* name
     return m_state->adopt(openat(parent.m_state->descriptor, name, O_RDONLY | O_NOFOLLOW | openFlags));
 }
 
-std::vector<std::string> RemovalDirectory::list() const
+int RemovalDirectory::list(std::vector<std::string>& names) const
 {
-    return namesOf(m_state->descriptor);
+    return m_state->isListable ? readNames(m_state->descriptor, names) : EACCES;
 }
 
-std::vector<std::string> RemovalDirectory::match(const char* component) const
+int RemovalDirectory::match(const char* component, std::vector<std::string>& names) const
 {
-    std::vector<std::string> matches;
     if (!posix::hasWildcards(component)) {
         struct stat status;
-        if (!posix::isDotName(component) && fstatat(m_state->descriptor, component, &status, AT_SYMLINK_NOFOLLOW) == 0)
-            matches.push_back(component);
-        return matches;
+        if (posix::isDotName(component))
+            return ENOENT;
+        if (fstatat(m_state->descriptor, component, &status, AT_SYMLINK_NOFOLLOW) != 0)
+            return errno;
+        names.push_back(component);
+        return 0;
     }
-    for (std::string& name : list()) {
+    std::vector<std::string> all;
+    const int code = list(all);
+    for (std::string& name : all) {
         if (posix::matchesWildcards(component, name.c_str()) && posix::isReachable(name.c_str()))
-            matches.push_back(std::move(name));
+            names.push_back(std::move(name));
     }
-    return matches;
+    return code;
 }
 
 EntryKind RemovalDirectory::kind(const char* name) const
@@ -151,15 +184,13 @@ void RemovalDirectory::forbidRemovalOf(const char*) const {}
 
 void RemovalDirectory::allowRemovalsInside()
 {
-    if (m_state->isKnown && !(m_state->status.st_mode & S_IWUSR))
+    if (m_state->isKnown && !m_state->isModeChanged && !(m_state->status.st_mode & S_IWUSR))
         m_state->isModeChanged = fchmod(m_state->descriptor, (m_state->status.st_mode & 07777) | S_IWUSR) == 0;
 }
 
 void RemovalDirectory::restorePermission()
 {
-    // A refusal leaves the directory writable; there is nobody to tell.
-    if (m_state->isModeChanged && fchmod(m_state->descriptor, m_state->status.st_mode & 07777) == 0)
-        m_state->isModeChanged = false;
+    m_state->restoreMode();
 }
 
 void RemovalDirectory::suspend()

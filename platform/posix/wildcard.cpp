@@ -8,6 +8,22 @@ namespace zorvel {
 namespace platform {
 namespace posix {
 
+namespace {
+
+/// 1 or 2: a lead byte at the very end is a character of its own.
+std::size_t characterLength(const char* p)
+{
+    return isLeadByte(static_cast<unsigned char>(*p)) && p[1] ? 2 : 1;
+}
+
+bool isSameCharacter(const char* left, const char* right)
+{
+    const std::size_t length = characterLength(left);
+    return length == characterLength(right) && std::memcmp(left, right, length) == 0;
+}
+
+}  // namespace
+
 bool hasWildcards(const char* component)
 {
     return std::strpbrk(component, "*?") != nullptr;
@@ -15,19 +31,21 @@ bool hasWildcards(const char* component)
 
 bool matchesWildcards(const char* component, const char* name)
 {
-    // When a byte does not match, the last '*' takes one byte more; an earlier one never needs to be tried again.
+    // Where a character does not match, the last '*' takes one more; an earlier one never needs to be tried again. Wild
+    // cards are single bytes that are no second bytes in any codeset; both texts advance by characters.
     const char* star = nullptr;
     const char* taken = nullptr;
     while (*name) {
         if (*component == '*') {
             star = component++;
             taken = name;
-        } else if (*component == '?' || *component == *name) {
-            ++component;
-            ++name;
+        } else if (*component == '?' || isSameCharacter(component, name)) {
+            component += characterLength(component);
+            name += characterLength(name);
         } else if (star) {
             component = star + 1;
-            name = ++taken;
+            taken += characterLength(taken);
+            name = taken;
         } else {
             return false;
         }
@@ -44,10 +62,8 @@ bool isDotName(const char* name)
 
 bool isReachable(const char* name)
 {
-    for (; *name; ++name) {
-        if (isLeadByte(static_cast<unsigned char>(*name)) && name[1])
-            ++name;
-        else if (*name == '\\')
+    for (; *name; name += characterLength(name)) {
+        if (*name == '\\')
             return false;
     }
     return true;

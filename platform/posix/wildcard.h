@@ -7,8 +7,9 @@ namespace posix {
 /// Whether a pattern component holds '*' or '?'.
 bool hasWildcards(const char* component);
 
-/// Whether a name matches: '*' any bytes, '?' one byte, everything else itself.
-/// By byte and with case in every locale, in at most length times length steps.
+/// Whether a name matches: '*' any characters, '?' one, everything else itself.
+/// With case in every locale; a double-byte character is matched whole, and in
+/// UTF-8 each byte counts as a character. In at most length times length steps.
 bool matchesWildcards(const char* component, const char* name);
 
 /// "." and "..".

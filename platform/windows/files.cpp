@@ -1,5 +1,7 @@
 #include "platform/files.h"
 
+#include "platform/windows/error_code.h"
+
 #include <windows.h>
 
 #include <direct.h>
@@ -45,7 +47,7 @@ int statusByAttributes(const char* path, FileStatus& result)
 {
     WIN32_FILE_ATTRIBUTE_DATA data;
     if (!GetFileAttributesExA(path, GetFileExInfoStandard, &data))
-        return ENOENT;
+        return windows::codeOfLookup(GetLastError());
     const bool isDirectory = (data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
     const bool isReadOnly = (data.dwFileAttributes & FILE_ATTRIBUTE_READONLY) != 0;
     result.mode = static_cast<unsigned short>((isDirectory ? _S_IFDIR | 0111 : _S_IFREG) | (isReadOnly ? 0444 : 0666));

@@ -1,5 +1,9 @@
 #include "platform/directory.h"
 
+#include "platform/windows/error_code.h"
+#include "platform/windows/listing.h"
+#include "platform/windows/wide_text.h"
+
 #include <windows.h>
 
 #include <direct.h>
@@ -52,13 +56,14 @@ private:
     HANDLE m_handle;
 };
 
-/// Where an open handle really lies; empty where the system cannot tell.
-std::wstring finalPath(const Handle& handle)
+/// Where an open handle really lies, in one form of the name; empty where the
+/// system cannot tell.
+std::wstring finalPath(const Handle& handle, DWORD form)
 {
     std::wstring path(512, L'\0');
     for (;;) {
         const DWORD size = static_cast<DWORD>(path.size());
-        const DWORD length = GetFinalPathNameByHandleW(handle.get(), &path[0], size, FILE_NAME_OPENED);
+        const DWORD length = GetFinalPathNameByHandleW(handle.get(), &path[0], size, FILE_NAME_OPENED | form);
         if (length < size) {
             path.resize(length);
             return path;
@@ -67,12 +72,25 @@ std::wstring finalPath(const Handle& handle)
     }
 }
 
-std::wstring wide(const char* name)
+/// The same in the first form that the system knows: volumes without a drive
+/// letter and those of some drivers have only the later ones.
+std::wstring finalPath(const Handle& handle)
 {
-    std::wstring text(strlen(name) + 1, L'\0');
-    const int length = MultiByteToWideChar(CP_ACP, 0, name, -1, &text[0], static_cast<int>(text.size()));
-    text.resize(length > 0 ? length - 1 : 0);
-    return text;
+    std::wstring path;
+    for (const DWORD form : {VOLUME_NAME_DOS, VOLUME_NAME_GUID, VOLUME_NAME_NT, VOLUME_NAME_NONE}) {
+        path = finalPath(handle, form);
+        if (!path.empty())
+            break;
+    }
+    return path;
+}
+
+/// Whether the system takes a listed name as it stands. It drops blanks and
+/// dots at the end, so that a path with such a name means a neighbour.
+bool isLiteral(const char* name)
+{
+    const std::size_t length = strlen(name);
+    return length > 0 && name[length - 1] != ' ' && name[length - 1] != '.';
 }
 
 /// Whether a directory is open at the other end, and not a link to one.
@@ -114,21 +132,24 @@ struct RemovalDirectory::State
 
     /// Whether an entry that was opened without following links lies in this
     /// directory under its own name. Some systems resolve a link all the same:
-    /// whatever is done to its path then happens to the target.
+    /// whatever is done to its path then happens to the target. Where the
+    /// system cannot tell, nothing is known, and the entry stays.
     bool holds(const Handle& entry, const char* name) const
     {
         if (location.empty())
-            return true;
+            return false;
         std::wstring expected = location;
         if (expected.back() != L'\\')
             expected += L'\\';
-        expected += wide(name);
+        expected += windows::wide(name);
         return CompareStringOrdinal(expected.c_str(), -1, finalPath(entry).c_str(), -1, TRUE) == CSTR_EQUAL;
     }
 
     /// 0 when the entry may be removed by its path.
     int check(const std::string& entryPath, const char* name) const
     {
+        if (!isLiteral(name))
+            return EACCES;
         if (entryPath.size() > longestPath)
             return ENAMETOOLONG;
         const Handle entry(entryPath, 0, shareAll, linkItself);
@@ -159,7 +180,7 @@ int RemovalDirectory::open(const char* path)
     if (!m_state->handle.isOpen())
         m_state->handle = Handle(name, 0, shareAll, followLinks);
     if (!m_state->handle.isOpen())
-        return isMissing(GetLastError()) ? ENOENT : EACCES;
+        return windows::codeOfLookup(GetLastError());
     m_state->location = finalPath(m_state->handle);
     return 0;
 }
@@ -167,40 +188,45 @@ int RemovalDirectory::open(const char* path)
 int RemovalDirectory::openChild(const RemovalDirectory& parent, const char* name)
 {
     m_state.reset(new State);
+    if (!isLiteral(name))
+        return EACCES;
     m_state->path = parent.m_state->join(name);
     if (m_state->path.size() > longestPath)
         return ENAMETOOLONG;
     m_state->handle = Handle(m_state->path, FILE_LIST_DIRECTORY, shareWithoutDelete, linkItself);
     if (!m_state->handle.isOpen())
         return isMissing(GetLastError()) ? ENOENT : EACCES;
-    if (!isDirectoryItself(m_state->handle) || !parent.m_state->holds(m_state->handle, name))
+    if (!isDirectoryItself(m_state->handle) || !parent.m_state->holds(m_state->handle, name)) {
+        // Held any longer, it would forbid the removal of the link itself.
+        m_state->handle.close();
         return ENOTDIR;
+    }
     m_state->location = finalPath(m_state->handle);
     return 0;
 }
 
-std::vector<std::string> RemovalDirectory::list() const
+int RemovalDirectory::list(std::vector<std::string>& names) const
 {
-    return match("*");
+    return match("*", names);
 }
 
-std::vector<std::string> RemovalDirectory::match(const char* component) const
+int RemovalDirectory::match(const char* component, std::vector<std::string>& names) const
 {
-    std::vector<std::string> names;
-    DirectorySearch search;
-    if (!search.open(m_state->join(component).c_str()))
-        return names;
-    while (const char* name = search.next()) {
+    windows::Listing listing;
+    const int code = listing.open(m_state->join(component).c_str());
+    if (code != 0)
+        return code;
+    while (const char* name = listing.next()) {
         if (strcmp(name, ".") != 0 && strcmp(name, "..") != 0)
             names.push_back(name);
     }
-    return names;
+    return listing.code();
 }
 
 EntryKind RemovalDirectory::kind(const char* name) const
 {
     const std::string path = m_state->join(name);
-    if (path.size() > longestPath)
+    if (path.size() > longestPath || !isLiteral(name))
         return EntryKind::file;
     const EntryKind kind = entryKind(path.c_str());
     return kind == EntryKind::none && !isMissing(GetLastError()) ? EntryKind::file : kind;

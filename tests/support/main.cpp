@@ -11,10 +11,6 @@ namespace {
 /// filter was.
 int runTests()
 {
-    if (!zorvel::test::native::hasWantedCodePage()) {
-        std::fprintf(stderr, "the process does not run in the code page that ZORVEL_CODE_PAGE names\n");
-        return 1;
-    }
     const int status = RUN_ALL_TESTS();
     if (testing::UnitTest::GetInstance()->test_to_run_count() > 0)
         return status;
@@ -27,6 +23,10 @@ int runTests()
 int main(int argc, char** argv)
 {
     int status = 0;
+    if (!zorvel::test::native::enterWantedCodePage()) {
+        std::fprintf(stderr, "the process does not run in the code page that ZORVEL_CODE_PAGE names\n");
+        return 1;
+    }
     if (zorvel::test::runChildMode(argc, argv, status))
         return status;
     testing::InitGoogleMock(&argc, argv);

@@ -1,12 +1,21 @@
 #include "tests/support/code_page.h"
 
+#include <langinfo.h>
+
+#include <clocale>
+#include <cstdlib>
+#include <cstring>
+
 namespace zorvel {
 namespace test {
 namespace native {
 
-bool hasWantedCodePage()
+bool enterWantedCodePage()
 {
-    return true;
+    const char* const wanted = std::getenv("ZORVEL_CODE_PAGE");
+    if (!wanted)
+        return true;
+    return std::setlocale(LC_ALL, "") && std::strcmp(nl_langinfo(CODESET), wanted) == 0;
 }
 
 }  // namespace native

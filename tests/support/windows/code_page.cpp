@@ -8,7 +8,7 @@ namespace zorvel {
 namespace test {
 namespace native {
 
-bool hasWantedCodePage()
+bool enterWantedCodePage()
 {
     const char* const wanted = std::getenv("ZORVEL_CODE_PAGE");
     return !wanted || std::strtoul(wanted, nullptr, 10) == GetACP();

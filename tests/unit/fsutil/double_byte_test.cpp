@@ -1,5 +1,7 @@
 #include "tests/unit/fsutil/recorder.h"
 
+#include <zorvel/paths.h>
+
 #include "platform/files.h"
 
 #include <gtest/gtest.h>
@@ -111,5 +113,54 @@ TEST(DoubleByte, RemovalWithASeparatorBehindTheName)
     tree.directory(directory);
     tree.file(below(directory, "a"));
     EXPECT_TRUE(zvRemoveRF(tree.path(directory + '\\').c_str()));
+    EXPECT_EQ(tree.names(), Names());
+}
+
+namespace {
+
+bool noLeadByte(unsigned char)
+{
+    return false;
+}
+
+/// Another lead-byte test for the paths room, for a scope.
+class ReplacedTest
+{
+public:
+    explicit ReplacedTest(zvMultiByteLeadTest test) : m_before(zvSetIsMultiByteLead(test)) {}
+    ~ReplacedTest() { zvSetIsMultiByteLead(m_before); }
+
+    ReplacedTest(const ReplacedTest&) = delete;
+    ReplacedTest& operator=(const ReplacedTest&) = delete;
+
+private:
+    zvMultiByteLeadTest m_before;
+};
+
+}  // namespace
+
+TEST(DoubleByte, SizeDoesNotCountNeighboursUnderAReplacedTest)
+{
+    TemporaryTree tree;
+    const std::string directory = isOneCharacter() ? name : name.substr(0, 1);
+    tree.directory(directory);
+    tree.file(below(directory, "a"), "123");
+    tree.file(directory + "y", "1");
+    const ReplacedTest replaced(&noLeadByte);
+    EXPECT_EQ(zvGetDirectorySize(tree.path(directory).c_str()), 3u);
+}
+
+TEST(DoubleByte, WildCardsTakeWholeCharacters)
+{
+    TemporaryTree tree;
+    const std::string pair = "\x83\x41";
+    const std::string pairThenLetter = pair + "A";
+    for (const std::string& file : {std::string("xA"), pair, pairThenLetter})
+        tree.file(file);
+    const bool isPair = qxIsMultiByteLead(0x83);
+    EXPECT_EQ(found(tree, "?A"), isPair ? Names({"f:xA", "f:" + pairThenLetter}) : Names({"f:xA", "f:" + pair}));
+    EXPECT_TRUE(zvRemoveRF(tree.path("*A").c_str()));
+    EXPECT_EQ(tree.names(), isPair ? Names({pair}) : Names());
+    EXPECT_TRUE(zvRemoveRF(tree.path(isPair ? "?" : "??").c_str()));
     EXPECT_EQ(tree.names(), Names());
 }

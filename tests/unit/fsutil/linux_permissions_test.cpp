@@ -35,6 +35,8 @@ int runUnprivileged(const char* mode, const TemporaryTree& tree, std::string& er
 {
     ProcessOptions options;
     options.unprivileged = true;
+    // The locales of the build folder may be out of such a user's reach; permissions do not depend on them.
+    options.unset = {"ZORVEL_CODE_PAGE", "LC_ALL", "LOCPATH"};
     const ChildResult result = runChild(mode, {tree.root()}, options);
     errors = result.errors;
     return result.status;

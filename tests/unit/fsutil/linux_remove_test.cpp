@@ -174,7 +174,10 @@ bool moveWhileRemoving(const TemporaryTree& tree, bool& isRemoved)
         for (int i = 0; i < (level == 119 ? files : 1); ++i)
             makeFile(i == 0 ? "file" : std::to_string(i));
     });
-    for (int i = 0; i < 20; ++i)
+    for (int i = 0; i < 10; ++i)
+        middle += "\\d";
+    fs::permissions(standardPath(tree, middle), static_cast<fs::perms>(0555));
+    for (int i = 10; i < 20; ++i)
         middle += "\\d";
     const fs::path source = standardPath(tree, middle);
     const fs::path target = standardPath(tree, "elsewhere\\d");
@@ -206,7 +209,15 @@ TEST(LinuxRemove, StopsWhereTheTreeWasMovedAway)
         EXPECT_EQ(tree.content("elsewhere\\file"), "precious");
         if (isInTime) {
             EXPECT_FALSE(isRemoved);
-            EXPECT_TRUE(tree.exists("top"));
+            // The removal emptied what it still held; above it stopped, with every mode as it was.
+            EXPECT_EQ(tree.names("elsewhere\\d"), Names());
+            std::string level = "top";
+            for (int i = 1; i < 20; ++i) {
+                level += "\\d";
+                EXPECT_TRUE(tree.exists(level)) << level;
+                EXPECT_EQ(tree.isReadOnly(level), i == 10) << level;
+            }
+            EXPECT_FALSE(tree.exists(level + "\\d"));
         }
     }
     EXPECT_TRUE(isInTime);

@@ -89,3 +89,12 @@ TEST(MakeDirectory, FollowsLinksToDirectories)
     EXPECT_TRUE(zvMkdirP(tree.path("link\\new").c_str()));
     EXPECT_EQ(tree.names("target"), Names({"new"}));
 }
+
+TEST(MakeDirectory, NetworkPathsOfServerAndShareAloneAreContent)
+{
+    TemporaryTree tree;
+    const CurrentDirectory inside(tree.root());
+    EXPECT_TRUE(zvMkdirP("\\\\zorvel-no-such-server\\share"));
+    EXPECT_EQ(tree.names(), Names());
+    EXPECT_FALSE(zvFileOrDirExists("\\\\zorvel-no-such-server\\share"));
+}

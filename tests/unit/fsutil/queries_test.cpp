@@ -130,3 +130,35 @@ TEST(Queries, SeeLinksToFilesAndDirectories)
     EXPECT_TRUE(zvFileExists(tree.path("to-file").c_str()));
     EXPECT_EQ(zvGetFileSize(tree.path("to-file").c_str()), 3);
 }
+
+TEST(Queries, DirectoryTotalsAddThirtyTwoSignedBits)
+{
+    TemporaryTree tree;
+    const long long gib = 1LL << 30;
+    tree.directory("dir");
+    tree.directory("dir\\sub");
+    tree.file("dir\\small", "12345");
+    makeSparseFile(standardPath(tree, "dir\\three"), 3 * gib);
+    EXPECT_EQ(zvGetDirectorySize(tree.path("dir").c_str()), static_cast<zvUInt64>(5 - gib));
+    makeSparseFile(standardPath(tree, "dir\\sub\\five"), 5 * gib);
+    EXPECT_EQ(zvGetDirectorySize(tree.path("dir").c_str()), 5u);
+}
+
+TEST(Queries, TheAvailableSpaceIsTheCallersNotAllThatIsFree)
+{
+    TemporaryTree tree;
+    zvUInt64 available = 0;
+    ASSERT_TRUE(zvGetFileSystemAvailableSpace(tree.root().c_str(), &available));
+    const auto expected = static_cast<double>(std::filesystem::space(standardPath(tree, "")).available);
+    // Other processes use the same file system meanwhile.
+    EXPECT_NEAR(static_cast<double>(available), expected, 512.0 * 1024 * 1024);
+}
+
+TEST(Queries, TheSpaceAtAFileIsTheSystemsChoice)
+{
+    TemporaryTree tree;
+    tree.file("file");
+    zvUInt64 available = 0;
+    EXPECT_EQ(zvGetFileSystemAvailableSpace(tree.path("file").c_str(), &available), !hasDrives());
+    EXPECT_EQ(available == ~zvUInt64(0), hasDrives());
+}

@@ -142,3 +142,20 @@ TEST_F(RemoveLinks, AnOpenDirectoryIsNotSwappedUnderTheRemoval)
     EXPECT_EQ(tree.names(refused ? "top\\victim" : "away"), Names());
     expectIntact();
 }
+
+TEST_F(RemoveLinks, AChildThatIsRefusedHoldsNothing)
+{
+    tree.file("top\\file");
+    tree.link("precious", "top\\link");
+    RemovalDirectory top;
+    RemovalDirectory child;
+    ASSERT_EQ(top.open(tree.path("top").c_str()), 0);
+    ASSERT_NE(child.openChild(top, "file"), 0);
+    EXPECT_EQ(top.removeFile("file"), 0);
+    ASSERT_NE(child.openChild(top, "link"), 0);
+    std::error_code refused;
+    std::filesystem::rename(standardPath(tree, "precious"), standardPath(tree, "away"), refused);
+    EXPECT_FALSE(refused) << refused.message();
+    std::filesystem::rename(standardPath(tree, "away"), standardPath(tree, "precious"), refused);
+    expectIntact();
+}

@@ -1,7 +1,11 @@
 #include "tests/unit/fsutil/recorder.h"
 
+#include "suite/nqservices.h"
+
 #include <gtest/gtest.h>
 
+#include <cstring>
+#include <memory>
 #include <stdexcept>
 
 using namespace zorvel::test;
@@ -228,4 +232,20 @@ TEST_F(Walk, SizeDoesNotCountNeighboursOrLinkedDirectories)
     tree.link("dir2", "dir\\link");
     EXPECT_EQ(zvGetDirectorySize(tree.path("dir").c_str()), 18u);
     EXPECT_EQ(zvGetDirectorySize(tree.path("dir\\link").c_str()), 9u);
+}
+
+TEST_F(Walk, KeepsTheOrderOfTheListing)
+{
+    for (int i = 0; i < 100; ++i)
+        tree.file("dir\\other\\" + std::to_string(i * 7919 % 100) + std::string(i % 5, 'n'));
+    const std::string pattern = tree.path("dir\\other\\*");
+    Names expected;
+    const std::unique_ptr<char, void (*)(void*)> list(ioGetDirList(pattern.c_str(), 0), &qxFree);
+    ASSERT_NE(list, nullptr);
+    for (const char* name = list.get(); *name; name += std::strlen(name) + 1) {
+        if (std::strcmp(name, ".") != 0 && std::strcmp(name, "..") != 0)
+            expected.push_back(std::string("f:dir\\other\\") + name);
+    }
+    EXPECT_EQ(expected.size(), 101u);
+    EXPECT_EQ(walk(pattern.c_str(), 0, false, tree.root()).calls, expected);
 }

@@ -271,3 +271,25 @@ TEST(Canonicalize, OutputMayBeTheInput)
     EXPECT_EQ(path, zvCanonicalizePath(path, sizeof path, path, std::strlen(path)));
     EXPECT_STREQ("\\\\s\\b", path);
 }
+
+TEST(Canonicalize, FailureLeavesAnInputThatIsTheOutput)
+{
+    char path[4096] = "relative\\name";
+    EXPECT_EQ(path, zvCanonicalizePath(path, 4, path, std::strlen(path)));
+    EXPECT_STREQ("relative\\name", path);
+    // Room for the current directory, not for the whole.
+    EXPECT_EQ(path, zvCanonicalizePath(path, currentDirectory().size() + 4, path, std::strlen(path)));
+    EXPECT_STREQ("relative\\name", path);
+    EXPECT_FALSE(zorvel::platform::fullPath(path, path, currentDirectory().size() + 4));
+    EXPECT_STREQ("relative\\name", path);
+}
+
+TEST(Canonicalize, ALongInputMayBeTheOutput)
+{
+    char path[4096] = "\\\\s\\a\\..\\b";
+    EXPECT_EQ(path, zvCanonicalizePath(path, sizeof path, path, 4000));
+    EXPECT_STREQ("\\\\s\\b", path);
+    std::strcpy(path, "name");
+    EXPECT_EQ(path, zvCanonicalizePath(path, sizeof path, path, 4000));
+    EXPECT_EQ(currentDirectory() + "\\name", path);
+}

@@ -141,3 +141,21 @@ TEST(MultibyteString, CharacterKeys)
         EXPECT_EQ(row.taken, taken) << row.text;
     }
 }
+
+TEST(MultibyteString, PlainStringsCompareByCharacter)
+{
+    const zvMBCSSafeString left("C:\\Temp");
+    const std::string same("c:/TEMP");
+    const std::string other("c:/TEMP/");
+    EXPECT_TRUE(left == same);
+    EXPECT_TRUE(same == left);
+    EXPECT_FALSE(left != same);
+    EXPECT_FALSE(same != left);
+    EXPECT_FALSE(left == other);
+    EXPECT_TRUE(other != left);
+    EXPECT_FALSE(left == std::string("c:/TEMP\0", 8));
+    EXPECT_TRUE(zvPathString("C:/Temp") == same);
+    EXPECT_TRUE(same == zvPathString("C:/Temp"));
+    const LeadByteScope scope(&isLead932);
+    EXPECT_FALSE(zvMBCSSafeString("\x83\x41") == std::string("\x83\x61"));
+}

@@ -80,6 +80,15 @@ TEST(PathEditing, AddSeparatorNeedsNoRoomWhereOneStands)
     EXPECT_STREQ("dir\\", full.get());
 }
 
+/// Text that must not be written to: on most systems it ends the process.
+static const char constantText[] = "C:\\dir\\";
+
+TEST(PathEditing, AddSeparatorWritesNothingWhereOneStands)
+{
+    EXPECT_TRUE(zvAddPathSep(const_cast<char*>(constantText)));
+    EXPECT_STREQ("C:\\dir\\", constantText);
+}
+
 TEST(PathEditing, AddSeparatorAt)
 {
     EXPECT_EQ("abc\\", addedAt("abc", 3, 1));

@@ -70,6 +70,17 @@ TEST(PathString, EveryAssignmentGoesThroughTheNormaliser)
     EXPECT_EQ("", bytes(path));
 }
 
+TEST(PathString, APlainStringIsNormalisedWhereverItIsAssigned)
+{
+    zvPathString path;
+    path.assign(std::string(" a/b "));
+    EXPECT_EQ("a\\b", bytes(path));
+    path.assign(std::string("c\0/d", 4));
+    EXPECT_EQ(std::string("c\0\\d", 4), bytes(path));
+    path.assign(static_cast<const std::string&>(path));
+    EXPECT_EQ(std::string("c\0\\d", 4), bytes(path));
+}
+
 TEST(PathString, NullIsTheEmptyText)
 {
     zvPathString path("a");
@@ -242,6 +253,19 @@ TEST(PathStringFind, LoneLeadByteAtTheEnd)
     const zvPathString path("ab\x95");
     EXPECT_EQ(2u, path.find("\x95"));
     EXPECT_EQ(npos, path.find("\x95\x5C"));
+}
+
+TEST(PathStringFind, ASingleCharacter)
+{
+    const LeadByteScope scope(&isLead932);
+    const zvPathString path("\x95\x5C" "a\\\x83\x41" "A");
+    EXPECT_EQ(3u, path.find('\\'));
+    EXPECT_EQ(3u, path.find('/', 1));
+    EXPECT_EQ(2u, path.find('A'));
+    EXPECT_EQ(6u, path.find('a', 3));
+    EXPECT_EQ(npos, path.find('\x83'));
+    EXPECT_EQ(npos, path.find('\\', 4));
+    EXPECT_EQ(npos, path.find('a', 1000));
 }
 
 TEST(PathStringFind, EmbeddedNul)

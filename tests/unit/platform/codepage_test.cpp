@@ -2,39 +2,16 @@
 #include "platform/path_rules.h"
 #include "platform/posix/native_path.h"
 
+#include "tests/unit/platform/locale_scope.h"
+
 #include <gtest/gtest.h>
 
 #include <clocale>
-#include <cstdlib>
 #include <string>
 
 using namespace zorvel::platform;
 
 namespace {
-
-/// A locale made for the tests, for the life of the object.
-class LocaleScope
-{
-public:
-    explicit LocaleScope(const char* name)
-    {
-        setenv("LOCPATH", ZORVEL_TEST_LOCALES, 1);
-        m_installed = std::setlocale(LC_ALL, name) != nullptr;
-    }
-    ~LocaleScope()
-    {
-        std::setlocale(LC_ALL, "C");
-        unsetenv("LOCPATH");
-    }
-
-    LocaleScope(const LocaleScope&) = delete;
-    LocaleScope& operator=(const LocaleScope&) = delete;
-
-    bool installed() const { return m_installed; }
-
-private:
-    bool m_installed;
-};
 
 /// The lead bytes in one line: "81-9F E0-FC".
 std::string leadBytes()
@@ -65,6 +42,7 @@ TEST(CodePage, LeadBytesFollowTheLocale)
         const char* leads;
     } rows[] = {
         {"ja_JP.SHIFT_JIS", "81-9F E0-FC"}, {"ja_JP.WINDOWS-31J", "81-9F E0-FC"}, {"ja_JP.EUC-JP", "8E-8E A1-FE"},
+        {"ja_JP.EUC-JP-MS", "8E-8E A1-FE"}, {"ja_JP.EUC-JISX0213", "8E-8E A1-FE"},
         {"zh_CN.GBK", "81-FE"},             {"zh_CN.GB2312", "A1-FE"},            {"ko_KR.CP949", "81-FE"},
         {"ko_KR.EUC-KR", "A1-FE"},          {"zh_TW.BIG5", "81-FE"},              {"en_US.ISO-8859-1", ""},
     };

@@ -70,3 +70,14 @@ TEST(DirectoryList, NothingToList)
     EXPECT_EQ(nullptr, ioGetDirList(tree.path("*").c_str(), 1));
     qxFree(nullptr);
 }
+
+TEST(DirectoryList, WildCardsTakeWholeCharacters)
+{
+    const TemporaryTree tree;
+    const std::string pair = "\x83\x41";
+    tree.file(pair);
+    tree.file("xA");
+    const bool isPair = qxIsMultiByteLead(0x83);
+    EXPECT_EQ(isPair ? std::vector<std::string>{"xA"} : (std::vector<std::string>{"xA", pair}),
+              listed(tree.path("*A")));
+}
