@@ -17,7 +17,6 @@ namespace {
 typedef std::chrono::steady_clock Clock;
 
 const int processes = 5;
-const int victim = 0;
 const int holdsEach = 15;
 /// The victim holds long enough to be killed inside.
 const int holdMsec = 20;
@@ -30,7 +29,7 @@ enum class Moment
 };
 
 /// Kills the victim at a random moment of the kind asked for.
-void killVictim(Fleet& fleet, Moment moment, unsigned seed)
+void killVictim(Fleet& fleet, int victim, Moment moment, unsigned seed)
 {
     std::mt19937 random(seed);
     const int turn = 1 + static_cast<int>(random() % 4);
@@ -44,7 +43,7 @@ void killVictim(Fleet& fleet, Moment moment, unsigned seed)
     fleet[victim].finish();
 }
 
-bool survivorsAreRunning(const Fleet& fleet)
+bool survivorsAreRunning(const Fleet& fleet, int victim)
 {
     for (int i = 0; i < fleet.size(); ++i)
         if (i != victim && fleet.worker(i).running())
@@ -53,14 +52,17 @@ bool survivorsAreRunning(const Fleet& fleet)
 }
 
 /// Ages what the dead process left whenever the survivors have made no
-/// progress for three seconds.
-void helpSurvivors(const Fleet& fleet, const Scene& scene)
+/// progress for four seconds. A machine that stood still itself in that time
+/// proves nothing about them.
+void helpSurvivors(const Fleet& fleet, int victim, const Scene& scene)
 {
     int held = fleet.held();
     Clock::time_point progress = Clock::now();
-    while (survivorsAreRunning(fleet)) {
+    while (survivorsAreRunning(fleet, victim)) {
+        const Clock::time_point before = Clock::now();
         std::this_thread::sleep_for(std::chrono::milliseconds(50));
-        if (fleet.held() != held) {
+        const bool stoodStill = Clock::now() - before > std::chrono::milliseconds(500);
+        if (stoodStill || fleet.held() != held) {
             held = fleet.held();
             progress = Clock::now();
         } else if (Clock::now() - progress > std::chrono::seconds(4)) {
@@ -90,10 +92,12 @@ void playRound(Moment moment, unsigned seed)
 {
     const Scene scene;
     Fleet fleet(scene.directory(), processes, holdsEach, holdMsec);
+    // In a mixed fleet once one kind dies, once the other.
+    const int victim = static_cast<int>(seed % 2);
     fleet.waitReady();
     fleet.go();
-    killVictim(fleet, moment, seed);
-    helpSurvivors(fleet, scene);
+    killVictim(fleet, victim, moment, seed);
+    helpSurvivors(fleet, victim, scene);
     for (int i = 0; i < processes; ++i) {
         if (i == victim)
             continue;
