@@ -142,7 +142,8 @@ void zvDirectoryExclusiveLock::Descent::pause() const
 }
 
 /// Leaves the queue because of an error of the file system. Whatever else
-/// befalls the removals leaves in its place, but no file stays for it.
+/// befalls the removals (an interruption) leaves in its place, but no file
+/// stays because of it.
 void zvDirectoryExclusiveLock::Descent::abandonOrThrow() const
 {
     try {
@@ -155,6 +156,8 @@ void zvDirectoryExclusiveLock::Descent::abandonOrThrow() const
     }
 }
 
+/// A denied removal of the own file is not worth more than the error that led
+/// here.
 void zvDirectoryExclusiveLock::Descent::abandon() const
 {
     if (m_ownsLower) {

@@ -5,6 +5,7 @@
 #include "dirlock/detail/exclusive_descent.h"
 #include "dirlock/detail/timed_turn.h"
 #include "lockfile/lock_logs.h"
+#include "lockfile/lock_name.h"
 #include "platform/clock.h"
 #include "timer/deadline.h"
 
@@ -42,7 +43,7 @@ zvDirectoryExclusiveLock::~zvDirectoryExclusiveLock() = default;
 bool zvDirectoryExclusiveLock::acquire(const time_duration& timeout, bool skipRefresh)
 {
     const boost::posix_time::ptime deadline = zorvel::deadlineAfter(zorvel::platform::localTime(), timeout);
-    if (directory.find('\0') != std::string::npos)
+    if (zorvel::holdsNul(directory))
         throw zvNoSuchDirectory(directory);
     const TimedTurn turn(mutex, timeout);
     if (!turn)
@@ -99,10 +100,9 @@ boost::shared_ptr<zvLockFile> zvDirectoryExclusiveLock::makeLockFile(bool skipRe
 
 /// The end of an acquire that failed. A level 0 that was not valid has been
 /// removed by its lock file already and is removed once more here, as it has
-/// always been. Without a level of its own it removes
-/// the file of level -1, which does not exist, and so leaves its line in the
-/// warning log: the sign there of a queue that was full or a deadline that was
-/// too close.
+/// always been. Without a level of its own it removes the file of level -1,
+/// which does not exist, and so leaves its line in the warning log: the sign
+/// there of a queue that was full or a deadline that was too close.
 void zvDirectoryExclusiveLock::giveUp(int level, const boost::posix_time::ptime& deadline) const
 {
     if (!removeLockFileWithTenacity(level, deadline))

@@ -2,6 +2,7 @@
 
 #include <zorvel/errors.h>
 
+#include "lockfile/lock_name.h"
 #include "platform/clock.h"
 #include "platform/process.h"
 #include "timer/deadline.h"
@@ -84,7 +85,7 @@ FileTimeCalibration::FileTimeCalibration(const zvPathString& directory, const pt
                                          const boost::shared_ptr<zvAbstractFS>& system)
     : localTime(boost::posix_time::not_a_date_time), fileTime(0), fs(system)
 {
-    if (directory.std::string::find('\0') != std::string::npos || !fs->isDirectory(directory.c_str()))
+    if (holdsNul(directory) || !fs->isDirectory(directory.c_str()))
         throw zvNoSuchDirectory(directory);
     ptime created;
     const std::string file = createUniqueFile(directory, deadline, created);

@@ -1,5 +1,6 @@
 #include "lockfile/detail/require_fs.h"
 
+#include "lockfile/lock_name.h"
 #include "platform/clock.h"
 
 #include <boost/thread/thread.hpp>
@@ -26,11 +27,9 @@ boost::posix_time::ptime oneSecondFromNow()
     return zorvel::platform::localTime() + boost::posix_time::seconds(1);
 }
 
-/// A name with a NUL in it would be cut there by the system and mean another
-/// file.
 void requireName(const std::string& name)
 {
-    if (name.find('\0') != std::string::npos)
+    if (zorvel::holdsNul(name))
         throw zvNoSuchDirectory(name);
 }
 

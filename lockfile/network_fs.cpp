@@ -4,6 +4,7 @@
 #include <zorvel/paths.h>
 
 #include "lockfile/lock_logs.h"
+#include "lockfile/lock_name.h"
 #include "platform/clock.h"
 #include "platform/files.h"
 #include "timer/deadline.h"
@@ -74,12 +75,6 @@ int touch(const char* name)
         return code;
     const std::uint32_t content = nextRefreshContent();
     return file.write(&content, sizeof content);
-}
-
-/// The system would cut such a name at the NUL and take it for another.
-bool holdsNul(const std::string& name)
-{
-    return name.find('\0') != std::string::npos;
 }
 
 const char* textOf(const char* name)

@@ -46,7 +46,8 @@ public:
     virtual bool fileExists(const char* name) = 0;
 
     /// Creates an empty file if it does not exist; on a shared file system one
-    /// caller of all machines gets true. False: somebody else has it. Denied
+    /// caller of all machines gets true. On Linux the file is readable and
+    /// writable by all as far as the umask lets them. False: somebody else has it. Denied
     /// access is tried again for half a second (interruptible), then thrown as
     /// zvPermissionDenied. Throws zvNoSuchDirectory, and zvFileAccessError for
     /// any other reason.
