@@ -3,6 +3,7 @@
 #include <zorvel/errors.h>
 #include <zorvel/paths.h>
 
+#include "fsutil/match.h"
 #include "lockfile/lock_logs.h"
 #include "lockfile/lock_name.h"
 #include "platform/clock.h"
@@ -177,7 +178,14 @@ zvTime64 zvNetworkFS::getModificationTime(const char* name)
 
 bool zvNetworkFS::anyMatch(const char* pattern)
 {
-    return zvMatchingFileOrDirExists(pattern);
+    bool found = false;
+    const int code = findMatch(pattern, found);
+    // A lock asks this to know that nobody is there, so a directory that
+    // cannot be looked at must not pass for an empty one.
+    if (code != 0)
+        throw zvFileAccessError("Search failed for " + std::string(textOf(pattern)) +
+                                " (reason: " + std::strerror(code) + ")");
+    return found;
 }
 
 int zvNetworkFS::findMatchingFilesAndDirs(const char* pattern, const zvStringProcedure& onFile,

@@ -25,11 +25,15 @@ public:
     DirectorySearch(const DirectorySearch&) = delete;
     DirectorySearch& operator=(const DirectorySearch&) = delete;
 
-    /// Starts on a pattern; false when nothing can be listed.
-    bool open(const char* pattern);
+    /// Starts on a pattern: 0, or the runtime's errno value when nothing can be
+    /// listed. ENOENT and ENOTDIR say that there is nothing.
+    int open(const char* pattern);
 
     /// The next entry's name, valid until the next call; null at the end.
     const char* next();
+
+    /// At the end: 0, or the code with which the system broke off.
+    int code() const;
 
 private:
     struct State;

@@ -56,7 +56,7 @@ private:
 char* listEntries(const char* pattern)
 {
     zorvel::platform::DirectorySearch search;
-    if (!search.open(pattern))
+    if (search.open(pattern) != 0)
         return nullptr;
     NameBlock names;
     while (const char* name = search.next())

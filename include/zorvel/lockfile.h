@@ -70,6 +70,8 @@ public:
     virtual zvTime64 getModificationTime(const char* name) = 0;
 
     /// Whether anything matches the pattern (see zvFindMatchingFilesAndDirs).
+    /// A missing directory holds nothing; one that cannot be listed throws
+    /// zvFileAccessError: nobody may take it for empty.
     virtual bool anyMatch(const char* pattern) = 0;
 
     /// As zvFindMatchingFilesAndDirs.

@@ -4,6 +4,7 @@
 #include "platform/posix/wildcard.h"
 
 #include <dirent.h>
+#include <errno.h>
 #include <sys/stat.h>
 
 #include <string>
@@ -17,12 +18,15 @@ using posix::NativePath;
 /// one name that was found to exist.
 struct DirectorySearch::State
 {
-    State(const std::string& directory, const std::string& pattern) : component(pattern), stream(nullptr), single(false)
+    State(const std::string& directory, const std::string& pattern)
+        : component(pattern), stream(nullptr), single(false), code(0)
     {
         if (posix::hasWildcards(pattern.c_str()))
             stream = opendir(directory.c_str());
         else
             single = exists(directory + component);
+        if (!stream && !single)
+            code = errno;
     }
 
     ~State()
@@ -40,24 +44,34 @@ struct DirectorySearch::State
         return lstat(path.c_str(), &status) == 0;
     }
 
-    const char* nextMatch() const
+    const char* nextMatch()
     {
-        while (const dirent* entry = readdir(stream)) {
+        while (const dirent* entry = nextEntry()) {
             if (posix::matchesWildcards(component.c_str(), entry->d_name) && posix::isReachable(entry->d_name))
                 return entry->d_name;
         }
         return nullptr;
     }
 
+    const dirent* nextEntry()
+    {
+        errno = 0;
+        const dirent* const entry = readdir(stream);
+        if (!entry)
+            code = errno;
+        return entry;
+    }
+
     const std::string component;
     DIR* stream;
     bool single;
+    int code;
 };
 
 DirectorySearch::DirectorySearch() {}
 DirectorySearch::~DirectorySearch() {}
 
-bool DirectorySearch::open(const char* pattern)
+int DirectorySearch::open(const char* pattern)
 {
     m_state.reset();
     const NativePath native(pattern);
@@ -65,9 +79,9 @@ bool DirectorySearch::open(const char* pattern)
     const std::string::size_type separator = path.rfind('/');
     const std::string::size_type begin = separator == std::string::npos ? 0 : separator + 1;
     if (begin == path.size())
-        return false;
+        return ENOENT;
     m_state.reset(new State(begin ? path.substr(0, begin) : "./", path.substr(begin)));
-    return m_state->stream || m_state->single;
+    return m_state->code;
 }
 
 const char* DirectorySearch::next()
@@ -79,6 +93,11 @@ const char* DirectorySearch::next()
     const bool isFirst = m_state->single;
     m_state->single = false;
     return isFirst ? m_state->component.c_str() : nullptr;
+}
+
+int DirectorySearch::code() const
+{
+    return m_state ? m_state->code : 0;
 }
 
 }  // namespace platform

@@ -2,6 +2,8 @@
 
 #include "platform/windows/listing.h"
 
+#include <errno.h>
+
 namespace zorvel {
 namespace platform {
 
@@ -13,15 +15,22 @@ struct DirectorySearch::State
 DirectorySearch::DirectorySearch() {}
 DirectorySearch::~DirectorySearch() {}
 
-bool DirectorySearch::open(const char* pattern)
+int DirectorySearch::open(const char* pattern)
 {
     m_state.reset(new State);
-    return m_state->listing.open(pattern) == 0;
+    return m_state->listing.open(pattern);
 }
 
 const char* DirectorySearch::next()
 {
     return m_state ? m_state->listing.next() : nullptr;
+}
+
+int DirectorySearch::code() const
+{
+    // Names that the code page lacks are passed over, which is no failure here.
+    const int code = m_state ? m_state->listing.code() : 0;
+    return code == EILSEQ ? 0 : code;
 }
 
 }  // namespace platform

@@ -17,8 +17,6 @@ int codeOfLookup(unsigned long error)
     case ERROR_BAD_PATHNAME:
     case ERROR_FILENAME_EXCED_RANGE:
     case ERROR_INVALID_DRIVE:
-    case ERROR_BAD_NETPATH:
-    case ERROR_BAD_NET_NAME:
     case ERROR_NO_MORE_FILES:
         return ENOENT;
     case ERROR_DIRECTORY:

@@ -245,6 +245,44 @@ TEST_F(NetworkFsFaults, ATimeThatCannotBeReadIsThrown)
     EXPECT_THROW(m_fs->getModificationTime(m_name.c_str()), zvFileNotFoundError);
 }
 
+/// What a search says when it fails with a code, at its beginning or its end.
+std::string textOfFailedSearch(const std::string& pattern, seam_faults::Operation operation, int code)
+{
+    const seam_faults::Scope faults;
+    seam_faults::failNext(operation, code, 1);
+    try {
+        return zvGetDefaultFSImp()->anyMatch(pattern.c_str()) ? "found" : "nothing";
+    } catch (const zvFileAccessError& error) {
+        return error.what();
+    }
+}
+
+TEST_F(NetworkFsFaults, WhatCannotBeSearchedIsNotTakenForEmpty)
+{
+    const std::string text = "File system error occurred: Search failed for " + m_name + " (reason: ";
+    for (const int code : {EACCES, EIO, EMFILE, ENOMEM})
+        EXPECT_EQ(text + std::strerror(code) + ")", textOfFailedSearch(m_name, seam_faults::search, code));
+}
+
+TEST_F(NetworkFsFaults, ASearchThatBreaksOffIsNotTakenForItsEnd)
+{
+    const std::string pattern = m_tree.path("*.none");
+    EXPECT_EQ("File system error occurred: Search failed for " + pattern + " (reason: " + std::strerror(EIO) + ")",
+              textOfFailedSearch(pattern, seam_faults::searchEnd, EIO));
+}
+
+TEST_F(NetworkFsFaults, AMatchIsFoundBeforeASearchBreaksOff)
+{
+    m_tree.file("some.none");
+    EXPECT_EQ("found", textOfFailedSearch(m_tree.path("*.none"), seam_faults::searchEnd, EIO));
+}
+
+TEST_F(NetworkFsFaults, WhatIsMissingHoldsNothing)
+{
+    for (const int code : {ENOENT, ENOTDIR})
+        EXPECT_EQ("nothing", textOfFailedSearch(m_name, seam_faults::search, code));
+}
+
 /// Whether an operation that waits ends by the interruption of its thread.
 template <class F>
 bool isInterrupted(F f)

@@ -1,5 +1,6 @@
 #include "tests/unit/lockfile/seam_faults.h"
 
+#include "platform/directory.h"
 #include "platform/files.h"
 
 #include <limits>
@@ -72,6 +73,9 @@ int realFileStatus(const char* path, FileStatus& status)
     __asm__("__real__ZN6zorvel8platform10fileStatusEPKcRNS0_10FileStatusE");
 int realOpen(WritableFile* self, const char* path, OpenMode mode)
     __asm__("__real__ZN6zorvel8platform12WritableFile4openEPKcNS0_8OpenModeE");
+int realSearch(DirectorySearch* self, const char* pattern)
+    __asm__("__real__ZN6zorvel8platform15DirectorySearch4openEPKc");
+int realSearchEnd(const DirectorySearch* self) __asm__("__real__ZNK6zorvel8platform15DirectorySearch4codeEv");
 int realWrite(WritableFile* self, const void* data, std::size_t size) __asm__(ZORVEL_REAL_WRITE);
 
 int wrappedRemoveFile(const char* path) __asm__("__wrap__ZN6zorvel8platform10removeFileEPKc");
@@ -79,6 +83,9 @@ int wrappedFileStatus(const char* path, FileStatus& status)
     __asm__("__wrap__ZN6zorvel8platform10fileStatusEPKcRNS0_10FileStatusE");
 int wrappedOpen(WritableFile* self, const char* path, OpenMode mode)
     __asm__("__wrap__ZN6zorvel8platform12WritableFile4openEPKcNS0_8OpenModeE");
+int wrappedSearch(DirectorySearch* self, const char* pattern)
+    __asm__("__wrap__ZN6zorvel8platform15DirectorySearch4openEPKc");
+int wrappedSearchEnd(const DirectorySearch* self) __asm__("__wrap__ZNK6zorvel8platform15DirectorySearch4codeEv");
 int wrappedWrite(WritableFile* self, const void* data, std::size_t size) __asm__(ZORVEL_WRAPPED_WRITE);
 
 int wrappedRemoveFile(const char* path)
@@ -103,4 +110,16 @@ int wrappedWrite(WritableFile* self, const void* data, std::size_t size)
 {
     const int code = faults::next(faults::write);
     return code != 0 ? code : realWrite(self, data, size);
+}
+
+int wrappedSearch(DirectorySearch* self, const char* pattern)
+{
+    const int code = faults::next(faults::search);
+    return code != 0 ? code : realSearch(self, pattern);
+}
+
+int wrappedSearchEnd(const DirectorySearch* self)
+{
+    const int code = faults::next(faults::searchEnd);
+    return code != 0 ? code : realSearchEnd(self);
 }

@@ -14,6 +14,8 @@ enum Operation
     fileStatus,
     open,
     write,
+    search,
+    searchEnd,
     operationCount
 };
 
