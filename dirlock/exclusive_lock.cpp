@@ -2,6 +2,7 @@
 
 #include <zorvel/errors.h>
 
+#include "dirlock/detail/claimed_lock_file.h"
 #include "dirlock/detail/exclusive_descent.h"
 #include "dirlock/detail/timed_turn.h"
 #include "lockfile/lock_logs.h"
@@ -9,15 +10,11 @@
 #include "platform/clock.h"
 #include "timer/deadline.h"
 
-#include <boost/make_shared.hpp>
-#include <boost/thread/exceptions.hpp>
-#include <boost/thread/thread.hpp>
-
-#include <new>
-
 namespace {
 
 using boost::posix_time::time_duration;
+using zorvel::dirlock::makeClaimedLockFile;
+using zorvel::dirlock::refreshInterval;
 using zorvel::dirlock::TimedTurn;
 
 /// Tells this place of a failed removal from those of the descent.
@@ -65,37 +62,13 @@ bool zvDirectoryExclusiveLock::acquire(const time_duration& timeout, bool skipRe
 /// in spite of that.
 bool zvDirectoryExclusiveLock::hold(bool skipRefresh)
 {
-    const boost::shared_ptr<zvLockFile> file = makeLockFile(skipRefresh);
+    const boost::shared_ptr<zvLockFile> file =
+        makeClaimedLockFile(getLockFileName(0), refreshInterval(skipRefresh), fs);
     if (!*file)
         return false;
     lockFile = file;
     count = 1;
     return true;
-}
-
-boost::shared_ptr<zvLockFile> zvDirectoryExclusiveLock::makeLockFile(bool skipRefresh)
-{
-    try {
-        const std::string name = getLockFileName(0);
-        if (skipRefresh)
-            return boost::make_shared<zvLockFile>(name, zvLockFile::NO_REFRESH, fs);
-        return boost::make_shared<zvLockFile>(name, boost::posix_time::milliseconds(REFRESH_INTERVAL_MSEC), fs);
-    } catch (const boost::thread_resource_error&) {
-        // Without a thread for its refresh the lock file has removed itself; by
-        // now the name may be somebody else's.
-        throw;
-    } catch (const std::bad_alloc&) {
-        // Nobody can tell whether it has: a file that goes stale harms less
-        // than the removal of a successor's.
-        throw;
-    } catch (...) {
-        const boost::this_thread::disable_interruption uninterrupted;
-        try {
-            removeLockFileWithTenacity(0);
-        } catch (...) {
-        }
-        throw;
-    }
 }
 
 /// The end of an acquire that failed. A level 0 that was not valid has been

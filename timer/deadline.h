@@ -28,4 +28,11 @@ inline bool hasCome(const boost::posix_time::ptime& deadline, const boost::posix
     return deadline.is_not_a_date_time() || deadline <= now;
 }
 
+/// Whether a deadline lies before now: unlike hasCome, not yet at its very
+/// microsecond.
+inline bool hasPassed(const boost::posix_time::ptime& deadline, const boost::posix_time::ptime& now)
+{
+    return deadline.is_not_a_date_time() || deadline < now;
+}
+
 }  // namespace zorvel

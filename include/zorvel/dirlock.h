@@ -2,6 +2,7 @@
 
 #include <zorvel/export.h>
 #include <zorvel/lockfile.h>
+#include <zorvel/paths.h>
 
 #include <boost/date_time/posix_time/posix_time_types.hpp>
 #include <boost/shared_ptr.hpp>
@@ -100,7 +101,6 @@ private:
     class Descent;
 
     bool hold(bool skipRefresh);
-    boost::shared_ptr<zvLockFile> makeLockFile(bool skipRefresh);
     void giveUp(int level, const boost::posix_time::ptime& deadline) const;
     void warnNotRemoved(int level, int removalTag) const;
 
@@ -119,5 +119,146 @@ private:
     std::atomic<unsigned int> count;
     boost::shared_ptr<zvLockFile> lockFile;
     zvLockFileIsStale isStale;
+    boost::shared_ptr<zvAbstractFS> fs;
+};
+
+/// Lets many processes, on any machines that share a directory, read it
+/// together while a writer has it alone.
+///
+/// A reader marks itself with a file ".deploy_read_lock." + number, the writer
+/// with ".deploy_write_lock"; holders refresh their files every second, and a
+/// file that nobody refreshed for 30 seconds, by the file server's clock, is
+/// removed by the next who looks. Whoever looks and marks does so under a
+/// guard: a zvDirectoryExclusiveLock on the same directory, held for that
+/// moment only. So the directory cannot be locked by both kinds of lock at once.
+///
+/// This object only remembers the directory and the file system, and hands out
+/// locks. Copies are independent; const members may be called from any thread.
+///
+/// The directory must exist, be listable and writable; its path is normalised.
+/// Timeouts are durations from now; zero, a negative one, negative infinity
+/// and not-a-date-time mean "try", positive infinity means without limit.
+class ZORVEL_API zvDirectoryReadWriteLock
+{
+public:
+    static const int ACQUIRE_POLL_INTERVAL_MSEC = 5;
+    static const int REFRESH_INTERVAL_MSEC = 1000;
+    static const int STALE_TIMEOUT_SEC = 30;
+
+    /// The part of a reader. A handle: copies share one hold, whoever releases
+    /// ends it for all of them, and the last copy to go ends it too. Any thread
+    /// may call any member of one handle or of copies; only assigning to a
+    /// handle while another thread uses the same handle is the caller's to
+    /// prevent.
+    class ZORVEL_API ReadLock
+    {
+    public:
+        /// Not acquired; touches no file. An empty fs throws zvFileAccessError.
+        ReadLock(const zvPathString_<zvMBCSSafeString>& directory, const boost::shared_ptr<zvAbstractFS>& fs);
+
+        /// Takes over the file of a reader, which counts as acquired. The
+        /// directory is the one that the file's name lies in. An empty pointer
+        /// throws zvFileAccessError.
+        ReadLock(const boost::shared_ptr<zvLockFile>& lockFile, const boost::shared_ptr<zvAbstractFS>& fs);
+
+        ReadLock(const ReadLock& other);
+        ReadLock& operator=(const ReadLock& other);
+        ~ReadLock();
+
+        /// Waits at most `timeout` until nobody writes, then reads along. With
+        /// skipRefresh the file is not refreshed: hold it for less than 30
+        /// seconds.
+        ///
+        /// False: a writer was there until the end, or this lock is acquired
+        /// already (it does not count, unlike the exclusive lock), or another
+        /// thread was busy with it for `timeout`. Failures of the file system
+        /// leave as the family of zvFileBasedLockError, as from
+        /// zvDirectoryExclusiveLock::acquire; boost::thread_interrupted leaves
+        /// when the waiting thread is interrupted. Nothing stays on disk then.
+        ///
+        /// At its deadline a reader that could not have the guard in time still
+        /// looks for a writer and goes on without it. If a writer looks for
+        /// readers at that same moment, both go on. Who must exclude that
+        /// acquires without limit (and interrupts the thread to give up).
+        bool acquire(const boost::posix_time::time_duration& timeout, bool skipRefresh);
+
+        /// acquire without limit.
+        bool acquire(bool skipRefresh);
+
+        /// acquire with a timeout of zero. A free directory takes 5 ms.
+        bool tryAcquire(bool skipRefresh);
+
+        /// Ends the hold and removes its file. False when it is not held, or
+        /// another thread was busy with it for `timeout`.
+        bool release(const boost::posix_time::time_duration& timeout);
+        bool release();
+
+        /// Whether the hold lasts. Waits for a thread that is in acquire.
+        bool isAcquired() const;
+
+    private:
+        class Impl;
+
+        boost::shared_ptr<Impl> impl;
+    };
+
+    /// The part of a writer. A handle, as ReadLock is.
+    ///
+    /// A waiting writer leaves no mark: readers that come meanwhile are let in,
+    /// so that a steady stream of readers holds a writer off until its
+    /// deadline.
+    class ZORVEL_API WriteLock
+    {
+    public:
+        /// Not acquired; touches no file. An empty fs throws zvFileAccessError.
+        WriteLock(const zvPathString_<zvMBCSSafeString>& directory, const boost::shared_ptr<zvAbstractFS>& fs);
+
+        WriteLock(const WriteLock& other);
+        WriteLock& operator=(const WriteLock& other);
+        ~WriteLock();
+
+        /// Waits at most `timeout` until nobody reads or writes, then has the
+        /// directory alone. Otherwise as ReadLock::acquire, also in that at
+        /// its deadline it goes on without a guard that could not be had: two
+        /// writers that try at the same moment can both get a free directory.
+        bool acquire(const boost::posix_time::time_duration& timeout, bool skipRefresh);
+        bool acquire(bool skipRefresh);
+        bool tryAcquire(bool skipRefresh);
+
+        /// As ReadLock::release.
+        bool release(const boost::posix_time::time_duration& timeout);
+        bool release();
+        bool isAcquired() const;
+
+        /// Becomes a reader, and no other writer can come in between: the
+        /// reader's file is there before the writer's goes. The result holds;
+        /// this lock then does not. It is refreshed if this one was.
+        ///
+        /// A result that is not acquired says that this lock was not held, that
+        /// another thread was busy with it for `timeout`, or that no reader's
+        /// file could be made; this lock is then as it was. So it is when a
+        /// failure of the file system leaves as a member of the family.
+        ReadLock downgrade(const boost::posix_time::time_duration& timeout);
+        ReadLock downgrade();
+        ReadLock tryDowngrade();
+
+    private:
+        class Impl;
+
+        boost::shared_ptr<Impl> impl;
+    };
+
+    /// Touches no file. An empty fs is refused by the locks.
+    zvDirectoryReadWriteLock(const std::string& directory, const boost::shared_ptr<zvAbstractFS>& fs);
+    zvDirectoryReadWriteLock(const zvDirectoryReadWriteLock& other);
+    zvDirectoryReadWriteLock& operator=(const zvDirectoryReadWriteLock& other);
+    ~zvDirectoryReadWriteLock();
+
+    /// A lock of its own at each call, not acquired.
+    ReadLock getReadLock() const;
+    WriteLock getWriteLock() const;
+
+private:
+    zvPathString_<zvMBCSSafeString> directory;
     boost::shared_ptr<zvAbstractFS> fs;
 };
