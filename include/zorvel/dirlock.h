@@ -130,7 +130,8 @@ private:
 /// file that nobody refreshed for 30 seconds, by the file server's clock, is
 /// removed by the next who looks. Whoever looks and marks does so under a
 /// guard: a zvDirectoryExclusiveLock on the same directory, held for that
-/// moment only. So the directory cannot be locked by both kinds of lock at once.
+/// moment only. Use one kind of lock for one directory: an exclusive lock keeps
+/// readers and writers from coming in, but not out who is in already.
 ///
 /// This object only remembers the directory and the file system, and hands out
 /// locks. Copies are independent; const members may be called from any thread.
