@@ -16,20 +16,25 @@ Microseconds now();
 /// word has one, a number and a name, separated by blanks.
 enum class Word
 {
-    ready,     ///< started; waits for "go"
-    clock,     ///< answer to "clock": its time
-    queue,     ///< is about to ask for the lock
-    hold,      ///< has the lock
-    met,       ///< found the mark of `name` inside
-    half,      ///< found `number` files of the release that it is to deploy
-    start,     ///< begins to deploy release `number`
-    stall,     ///< stands still in the middle of release `number`
-    deployed,  ///< release `number` is whole and the current one
-    spoiled,   ///< release `number` is not what it wrote
-    leave,     ///< is about to release the lock
-    free,      ///< has released it
-    done,      ///< ends; all is well
-    killed,    ///< was killed (said by the one who did it)
+    ready,       ///< started; waits for "go"
+    clock,       ///< answer to "clock": its time
+    queue,       ///< is about to ask for its lock
+    cleared,     ///< has removed the stale lock file `name` while it asked
+    hold,        ///< has its lock
+    met,         ///< found the mark of `name`, with whom it may not be inside
+    half,        ///< found `number` files of a release that `name` did not finish
+    start,       ///< begins to deploy release `number`
+    stall,       ///< stands still in the middle of release `number`
+    deployed,    ///< release `number` is finished and what it wrote
+    spoiled,     ///< release `number` is not what it wrote
+    lower,       ///< is about to become a reader; from here on others may read
+    served,      ///< release `number` is whole
+    unfinished,  ///< release `number`, by `name`, was never finished; not served
+    torn,        ///< release `number` is finished and yet not whole
+    leave,       ///< is about to release its lock
+    free,        ///< has released it
+    done,        ///< ends; all is well
+    killed,      ///< was killed (said by the one who did it)
 };
 
 struct Event

@@ -1,13 +1,56 @@
 #include "examples/deploy_demo/figures.h"
 
 #include <algorithm>
-#include <iomanip>
-#include <sstream>
 
 namespace zorvel {
 namespace demo {
 
 namespace {
+
+bool isHold(const Interval& interval)
+{
+    return interval.activity == Activity::reading || interval.activity == Activity::writing;
+}
+
+bool meet(const Interval& left, const Interval& right)
+{
+    return left.from < right.to && right.from < left.to;
+}
+
+/// A granted request: the wait and the hold that ended it. A downgrade makes a
+/// hold without a request.
+struct Grant
+{
+    const Interval* wait;
+    const Interval* hold;
+};
+
+std::vector<Grant> grantsOf(const History& history)
+{
+    std::vector<Grant> grants;
+    std::vector<const Interval*> waited(history.members().size(), nullptr);
+    for (const Interval& interval : history.intervals()) {
+        const Interval*& wait = waited[interval.process];
+        if (interval.activity == Activity::waiting)
+            wait = &interval;
+        if (!isHold(interval) || !wait)
+            continue;
+        grants.push_back({wait, &interval});
+        wait = nullptr;
+    }
+    return grants;
+}
+
+/// Whether a dead process's lock file kept this one waiting: a reader's keeps
+/// writers only.
+bool spansStaleness(const History& history, const Interval& wait)
+{
+    const bool writes = history.members()[wait.process].role == Role::writer;
+    return std::any_of(history.deaths().begin(), history.deaths().end(), [&](const Death& death) {
+        const bool inTheWay = writes || history.members()[death.process].role == Role::writer;
+        return death.inside && inTheWay && wait.to > death.time && (!death.cleared || wait.from < death.clearedAt);
+    });
+}
 
 void count(Waits& waits, Microseconds wait)
 {
@@ -16,69 +59,49 @@ void count(Waits& waits, Microseconds wait)
     ++waits.count;
 }
 
-/// Whether the interval reaches into the time that the dead holder's lock lay
-/// there.
-bool spansStaleness(const History& history, const Interval& interval)
-{
-    return history.kill().inside && interval.to > history.kill().time &&
-           (!history.takeOver().happened || interval.from < history.takeOver().time);
-}
-
-std::vector<MemberFigures> memberFigures(const History& history)
+std::vector<MemberFigures> memberFigures(const History& history, const std::vector<Grant>& grants)
 {
     std::vector<MemberFigures> result(history.members().size());
-    std::vector<const Interval*> waited(result.size(), nullptr);
-    for (const Interval& interval : history.intervals()) {
-        MemberFigures& figures = result[interval.process];
-        const Interval*& wait = waited[interval.process];
-        if (interval.activity == Activity::queued)
-            wait = &interval;
-        if (interval.activity != Activity::holding || !wait)
-            continue;
-        ++figures.acquired;
-        count(figures.all, wait->to - wait->from);
-        if (!spansStaleness(history, *wait))
-            count(figures.ordinary, wait->to - wait->from);
-        wait = nullptr;
+    for (const Grant& grant : grants) {
+        MemberFigures& figures = result[grant.hold->process];
+        const Microseconds wait = grant.wait->to - grant.wait->from;
+        ++figures.holds;
+        count(figures.all, wait);
+        if (!spansStaleness(history, *grant.wait))
+            count(figures.ordinary, wait);
     }
     return result;
 }
 
-std::vector<Interval> holds(const History& history)
+bool isInTheWay(const History& history, const Interval& other, const Interval& hold)
 {
-    std::vector<Interval> result;
-    std::copy_if(history.intervals().begin(), history.intervals().end(), std::back_inserter(result),
-                 [](const Interval& interval) { return interval.activity == Activity::holding; });
-    return result;
+    if (other.process == hold.process || other.activity == Activity::waiting)
+        return false;
+    const bool writersFile =
+        other.activity == Activity::writing ||
+        (other.activity == Activity::leftBehind && history.members()[other.process].role == Role::writer);
+    return writersFile || hold.activity == Activity::writing;
 }
 
-int overlapsOf(const std::vector<Interval>& holds)
+/// The last interval that ended during a wait and before which it could not
+/// end; null when there was none.
+const Interval* lastInTheWay(const History& history, const Grant& grant)
 {
-    int overlaps = 0;
-    Microseconds busyUntil = 0;
-    for (const Interval& hold : holds) {
-        overlaps += hold.from < busyUntil ? 1 : 0;
-        busyUntil = std::max(busyUntil, hold.to);
-    }
-    return overlaps;
+    const Interval* last = nullptr;
+    for (const Interval& other : history.intervals())
+        if (isInTheWay(history, other, *grant.hold) && other.to > grant.wait->from && other.to <= grant.hold->from &&
+            (!last || other.to > last->to))
+            last = &other;
+    return last;
 }
 
-bool somebodyWaited(const History& history, const Interval& next, Microseconds since)
-{
-    return std::any_of(history.intervals().begin(), history.intervals().end(), [&](const Interval& interval) {
-        return interval.activity == Activity::queued && interval.from <= since && interval.to > since &&
-               interval.to <= next.from;
-    });
-}
-
-Handovers handoversOf(const History& history, const std::vector<Interval>& holds)
+Handovers handoversTo(Activity activity, const History& history, const std::vector<Grant>& grants)
 {
     std::vector<Microseconds> gaps;
-    for (std::size_t i = 1; i < holds.size(); ++i) {
-        const Microseconds freed = holds[i - 1].to;
-        const bool died = history.kill().inside && freed == history.kill().time;
-        if (!died && holds[i].from >= freed && somebodyWaited(history, holds[i], freed))
-            gaps.push_back(holds[i].from - freed);
+    for (const Grant& grant : grants) {
+        const Interval* const last = grant.hold->activity == activity ? lastInTheWay(history, grant) : nullptr;
+        if (last && last->activity != Activity::leftBehind)
+            gaps.push_back(grant.hold->from - last->to);
     }
     Handovers result;
     if (gaps.empty())
@@ -90,92 +113,71 @@ Handovers handoversOf(const History& history, const std::vector<Interval>& holds
     return result;
 }
 
+int overlapsOf(const std::vector<Interval>& intervals)
+{
+    int overlaps = 0;
+    for (std::size_t i = 0; i < intervals.size(); ++i)
+        for (std::size_t j = i + 1; j < intervals.size(); ++j) {
+            const Interval& a = intervals[i];
+            const Interval& b = intervals[j];
+            const bool oneWrites = a.activity == Activity::writing || b.activity == Activity::writing;
+            overlaps += isHold(a) && isHold(b) && oneWrites && a.process != b.process && meet(a, b) ? 1 : 0;
+        }
+    return overlaps;
+}
+
+/// From the beginning of the writing to the end of the reading that a downgrade
+/// joins.
+Interval spanOf(const Downgrade& downgrade, const std::vector<Interval>& intervals)
+{
+    Interval span = {downgrade.process, Activity::writing, downgrade.time, downgrade.time, 0};
+    for (const Interval& interval : intervals) {
+        if (interval.process != downgrade.process || !isHold(interval))
+            continue;
+        if (interval.to == downgrade.time)
+            span.from = interval.from;
+        if (interval.from == downgrade.time)
+            span.to = interval.to;
+    }
+    return span;
+}
+
+int intrudersOf(const History& history)
+{
+    int intruders = 0;
+    for (const Downgrade& downgrade : history.downgrades()) {
+        const Interval span = spanOf(downgrade, history.intervals());
+        for (const Interval& other : history.intervals())
+            intruders += other.activity == Activity::writing && other.process != span.process && meet(other, span);
+    }
+    return intruders;
+}
+
+Readings sumOf(const std::vector<Readings>& members)
+{
+    Readings sum;
+    for (const Readings& readings : members) {
+        sum.verified += readings.verified;
+        sum.unfinished += readings.unfinished;
+        sum.torn += readings.torn;
+    }
+    return sum;
+}
+
 }  // namespace
 
 Figures figuresOf(const History& history)
 {
+    const std::vector<Grant> grants = grantsOf(history);
     Figures figures;
-    figures.members = memberFigures(history);
-    const std::vector<Interval> all = holds(history);
-    figures.acquired = static_cast<int>(all.size());
-    figures.handovers = handoversOf(history, all);
-    figures.overlapsOfIntervals = overlapsOf(all);
+    figures.members = memberFigures(history, grants);
+    figures.holds = static_cast<int>(grants.size());
+    figures.toReaders = handoversTo(Activity::reading, history, grants);
+    figures.toWriters = handoversTo(Activity::writing, history, grants);
+    figures.overlapsOfIntervals = overlapsOf(history.intervals());
+    figures.intruders = intrudersOf(history);
+    figures.readings = sumOf(history.readings());
     return figures;
-}
-
-namespace {
-
-std::string seconds(Microseconds duration, int digits = 2)
-{
-    std::ostringstream text;
-    text << std::fixed << std::setprecision(digits) << static_cast<double>(duration) / 1e6 << " s";
-    return text.str();
-}
-
-std::string milliseconds(Microseconds duration)
-{
-    std::ostringstream text;
-    text << std::fixed << std::setprecision(1) << static_cast<double>(duration) / 1e3 << " ms";
-    return text.str();
-}
-
-void printWaits(std::ostream& out, const Waits& waits)
-{
-    const std::string none = "-";
-    out << std::setw(12) << (waits.count ? seconds(waits.mean) : none) << std::setw(12)
-        << (waits.count ? seconds(waits.longest) : none);
-}
-
-void printMembers(std::ostream& out, const History& history, const Figures& figures)
-{
-    const bool two = history.kill().inside;
-    out << std::left << std::setw(9) << "process" << std::setw(8) << "runs on" << std::right << std::setw(10)
-        << "acquired" << std::setw(12) << "mean wait" << std::setw(12) << "longest"
-        << (two ? "  mean wait*    longest*" : "") << '\n';
-    for (std::size_t i = 0; i < history.members().size(); ++i) {
-        const MemberFigures& member = figures.members[i];
-        out << std::left << std::setw(9) << history.members()[i].name << std::setw(8) << history.members()[i].kind
-            << std::right << std::setw(10) << member.acquired;
-        printWaits(out, member.all);
-        if (two)
-            printWaits(out, member.ordinary);
-        out << (history.kill().happened && history.kill().process == i ? "   killed" : "") << '\n';
-    }
-    if (two)
-        out << "* without the waits for the dead holder's lock\n";
-}
-
-void printDeath(std::ostream& out, const History& history)
-{
-    const Kill& kill = history.kill();
-    const TakeOver& next = history.takeOver();
-    const std::string dead = history.members()[kill.process].name;
-    out << "killed: " << dead << " (kill -9) at " << seconds(kill.time - history.begin()) << ", "
-        << (kill.inside ? "inside, half way through release " + std::to_string(kill.release) : "but not inside") << '\n';
-    if (!next.happened) {
-        out << "its lock was not taken over\n";
-        return;
-    }
-    const std::string heir = history.members()[next.process].name;
-    out << "time until its lock was taken over: " << seconds(next.time - kill.time) << ", by " << heir
-        << " (stale 30 s after its last refresh, which came up to a second before the kill)\n";
-    out << heir << " found " << dead << "'s mark " << (next.foundMark ? "" : "NOT ") << "in the directory and "
-        << next.foundFiles << " files of release " << kill.release << ", removed them and deployed it anew\n";
-}
-
-}  // namespace
-
-void printTable(std::ostream& out, const History& history, const Figures& figures)
-{
-    printMembers(out, history, figures);
-    out << "\nhandover from release to next acquire: median " << milliseconds(figures.handovers.median) << ", longest "
-        << milliseconds(figures.handovers.longest) << " (" << figures.handovers.count
-        << " times somebody was waiting)\n";
-    out << "overlaps found: " << history.strangersMet() + figures.overlapsOfIntervals << " (by marks in the directory: "
-        << history.strangersMet() << ", by times: " << figures.overlapsOfIntervals << ", in " << figures.acquired
-        << " acquisitions)\n";
-    if (history.kill().happened)
-        printDeath(out, history);
 }
 
 }  // namespace demo

@@ -2,7 +2,6 @@
 
 #include "examples/deploy_demo/history.h"
 
-#include <ostream>
 #include <vector>
 
 namespace zorvel {
@@ -17,12 +16,13 @@ struct Waits
 
 struct MemberFigures
 {
-    int acquired = 0;
+    int holds = 0;
     Waits all;
-    /// Without the waits that a dead holder's lock was part of.
+    /// Without the waits that a dead process's lock was part of.
     Waits ordinary;
 };
 
+/// From the end of the last hold in somebody's way to his own.
 struct Handovers
 {
     int count = 0;
@@ -33,17 +33,20 @@ struct Handovers
 struct Figures
 {
     std::vector<MemberFigures> members;
-    int acquired = 0;
-    /// From a release to the next hold, where somebody was queued already.
-    Handovers handovers;
-    /// Holds that began before an earlier one had ended.
+    int holds = 0;
+    Handovers toReaders;
+    Handovers toWriters;
+    /// Holds of a writer that met, by their times, any other hold.
     int overlapsOfIntervals = 0;
+    /// Other writers between the beginning of a hold that was downgraded and
+    /// the end of the reading that followed.
+    int intruders = 0;
+    /// Sums of all members.
+    Readings readings;
 };
 
 /// Of a finished history.
 Figures figuresOf(const History& history);
-
-void printTable(std::ostream& out, const History& history, const Figures& figures);
 
 }  // namespace demo
 }  // namespace zorvel

@@ -5,116 +5,161 @@
 namespace zorvel {
 namespace demo {
 
-History::History(const std::vector<Member>& members) : m_members(members), m_lanes(members.size())
+History::History(const std::vector<Member>& members)
+    : m_members(members), m_lanes(members.size()), m_readings(members.size())
 {
 }
 
 void History::add(const Event& event)
 {
-    Lane& lane = m_lanes.at(event.process);
     m_end = std::max(m_end, event.time);
     switch (event.word) {
     case Word::queue:
-        lane.queuedSince = event.time;
         m_begin = m_begin ? std::min(m_begin, event.time) : event.time;
+        start(event, Activity::waiting);
         break;
-    case Word::hold: startHolding(event); break;
-    case Word::met: meet(event); break;
-    case Word::half: m_takeOver.foundFiles = event.number; break;
-    case Word::start: lane.release = event.number; break;
+    case Word::hold:
+        start(event, m_members.at(event.process).role == Role::writer ? Activity::writing : Activity::reading);
+        break;
+    case Word::lower: lower(event); break;
+    case Word::leave: stop(event.process, event.time); break;
+    case Word::start:
+    case Word::stall: m_lanes.at(event.process).release = event.number; break;
     case Word::deployed:
         ++m_deployed;
         m_lastRelease = std::max(m_lastRelease, event.number);
         break;
-    case Word::spoiled: ++m_strangersMet; break;
-    case Word::leave: stopHolding(event); break;
+    case Word::spoiled: ++m_spoiled; break;
+    case Word::served:
+    case Word::unfinished:
+    case Word::torn: judge(event); break;
+    case Word::met: meet(event); break;
+    case Word::half: findHalf(event); break;
+    case Word::cleared: clear(event); break;
     case Word::killed: die(event); break;
     case Word::ready:
     case Word::clock:
-    case Word::stall:
     case Word::free:
     case Word::done: break;
     }
 }
 
-void History::startHolding(const Event& event)
+/// Whatever it did before ends.
+void History::start(const Event& event, Activity activity)
 {
+    stop(event.process, event.time);
     Lane& lane = m_lanes[event.process];
-    m_intervals.push_back({event.process, Activity::queued, lane.queuedSince, event.time, 0});
-    lane.queuedSince = 0;
-    lane.heldSince = event.time;
-    lane.release = 0;
-    if (m_kill.inside && !m_takeOver.happened && event.time > m_kill.time)
-        takeOver(event);
+    lane.activity = activity;
+    lane.since = event.time;
 }
 
-void History::stopHolding(const Event& event)
+void History::stop(std::size_t process, Microseconds time)
 {
-    Lane& lane = m_lanes[event.process];
-    m_intervals.push_back({event.process, Activity::holding, lane.heldSince, event.time, lane.release});
-    lane.heldSince = 0;
+    Lane& lane = m_lanes.at(process);
+    if (lane.since)
+        m_intervals.push_back({process, lane.activity, lane.since, time, lane.release, lane.found});
+    lane = Lane();
 }
 
-/// The dead holder's mark is no sign that two were inside together.
+void History::lower(const Event& event)
+{
+    start(event, Activity::reading);
+    m_downgrades.push_back({event.process, event.time});
+}
+
+void History::judge(const Event& event)
+{
+    Readings& readings = m_readings.at(event.process);
+    Lane& lane = m_lanes.at(event.process);
+    lane.release = event.number;
+    lane.found = event.word == Word::served ? Finding::whole
+                 : event.word == Word::torn ? Finding::torn
+                                            : Finding::unfinished;
+    if (event.word == Word::served)
+        ++readings.verified;
+    else if (event.word == Word::torn)
+        ++readings.torn;
+    else if (deathOf(event.name, event.time))
+        ++readings.unfinished;
+    else
+        ++m_spoiled;
+}
+
+/// A dead process's mark is no sign that two were inside together.
 void History::meet(const Event& event)
 {
-    if (isDeadHolder(event.name) && event.time > m_kill.time && !m_takeOver.foundMark)
-        m_takeOver.foundMark = true;
-    else
+    if (!deathOf(event.name, event.time))
         ++m_strangersMet;
 }
 
-bool History::isDeadHolder(const std::string& name) const
+void History::findHalf(const Event& event)
 {
-    return m_kill.inside && m_members[m_kill.process].name == name;
+    Death* const death = deathOf(event.name, event.time);
+    if (!death) {
+        ++m_spoiled;
+        return;
+    }
+    death->replaced = true;
+    death->replacedBy = event.process;
+    death->foundFiles = event.number;
+}
+
+/// The name of a lock file says whether a reader or a writer left it behind.
+void History::clear(const Event& event)
+{
+    const Role role = event.name.find("write") != std::string::npos ? Role::writer : Role::reader;
+    for (Death& death : m_deaths) {
+        if (!death.inside || death.cleared || death.time > event.time || m_members[death.process].role != role)
+            continue;
+        death.cleared = true;
+        death.heir = event.process;
+        death.clearedAt = event.time;
+        m_intervals.push_back({death.process, Activity::leftBehind, death.time, event.time, death.release});
+        return;
+    }
+    ++m_robbed;
 }
 
 void History::die(const Event& event)
 {
-    Lane& lane = m_lanes[event.process];
-    m_kill.happened = true;
-    m_kill.inside = lane.heldSince != 0;
-    m_kill.process = event.process;
-    m_kill.time = event.time;
-    m_kill.release = lane.release;
-    if (m_kill.inside)
-        stopHolding(event);
-    else if (lane.queuedSince)
-        m_intervals.push_back({event.process, Activity::queued, lane.queuedSince, event.time, 0});
-    lane = Lane();
+    const Lane lane = m_lanes.at(event.process);
+    Death death;
+    death.process = event.process;
+    death.time = event.time;
+    death.inside = lane.since != 0 && lane.activity != Activity::waiting;
+    death.release = lane.release;
+    m_deaths.push_back(death);
+    stop(event.process, event.time);
 }
 
-void History::takeOver(const Event& event)
+/// Null for somebody who was alive at that time.
+Death* History::deathOf(const std::string& name, Microseconds before)
 {
-    m_takeOver.happened = true;
-    m_takeOver.process = event.process;
-    m_takeOver.time = event.time;
-    m_intervals.push_back({m_kill.process, Activity::leftBehind, m_kill.time, event.time, m_kill.release});
+    for (Death& death : m_deaths)
+        if (m_members[death.process].name == name && death.inside && death.time < before)
+            return &death;
+    return nullptr;
 }
 
-int History::waiting() const
+int History::count(Activity activity) const
 {
-    return static_cast<int>(
-        std::count_if(m_lanes.begin(), m_lanes.end(), [](const Lane& lane) { return lane.queuedSince != 0; }));
+    return static_cast<int>(std::count_if(m_lanes.begin(), m_lanes.end(), [&](const Lane& lane) {
+        return lane.since != 0 && lane.activity == activity;
+    }));
 }
 
-std::string History::holder() const
+std::string History::writer() const
 {
     for (std::size_t i = 0; i < m_lanes.size(); ++i)
-        if (m_lanes[i].heldSince)
+        if (m_lanes[i].since && m_lanes[i].activity == Activity::writing)
             return m_members[i].name;
     return std::string();
 }
 
 void History::finish()
 {
-    for (std::size_t i = 0; i < m_lanes.size(); ++i) {
-        if (m_lanes[i].heldSince)
-            m_intervals.push_back({i, Activity::holding, m_lanes[i].heldSince, m_end, m_lanes[i].release});
-        if (m_lanes[i].queuedSince)
-            m_intervals.push_back({i, Activity::queued, m_lanes[i].queuedSince, m_end, 0});
-        m_lanes[i] = Lane();
-    }
+    for (std::size_t i = 0; i < m_lanes.size(); ++i)
+        stop(i, m_end);
     std::sort(m_intervals.begin(), m_intervals.end(), [](const Interval& left, const Interval& right) {
         return left.from != right.from ? left.from < right.from : left.process < right.process;
     });

@@ -1,5 +1,7 @@
 #include "examples/deploy_demo/play.h"
 
+#include "examples/deploy_demo/release_store.h"
+
 #include <algorithm>
 #include <iomanip>
 #include <sstream>
@@ -14,11 +16,38 @@ namespace {
 const std::chrono::seconds silenceLimit(90);
 const std::chrono::milliseconds tick(100);
 
-/// How long a stalled holder is let alone, so that the picture shows it.
+/// How long a process that stands still is let alone, so that the picture shows it.
 const Microseconds lastMoments = 300 * 1000;
 
 /// A worker's clock that differs by more is corrected.
 const Microseconds clockTolerance = 1000;
+
+std::string roleOf(const Member& member)
+{
+    return member.role == Role::writer ? "writer" : "reader";
+}
+
+bool beginsWith(const std::string& text, const std::string& beginning)
+{
+    return text.compare(0, beginning.size(), beginning) == 0;
+}
+
+/// Seconds since the last refresh of the oldest lock file of a role; -1 when
+/// there is none.
+long long ageOfLock(const std::filesystem::path& directory, Role role)
+{
+    const std::string beginning = role == Role::writer ? ".deploy_write_lock" : ".deploy_read_lock.";
+    long long oldest = -1;
+    std::error_code gone;
+    for (const auto& entry : std::filesystem::directory_iterator(directory, gone)) {
+        const auto refreshed = entry.last_write_time(gone);
+        if (gone || !beginsWith(entry.path().filename().string(), beginning))
+            continue;
+        const auto age = std::filesystem::file_time_type::clock::now() - refreshed;
+        oldest = std::max<long long>(oldest, std::chrono::duration_cast<std::chrono::seconds>(age).count());
+    }
+    return oldest;
+}
 
 std::string seconds(Microseconds duration)
 {
@@ -34,7 +63,10 @@ Play::Play(const Cast& cast, const std::filesystem::path& directory, Progress& p
       m_directory(directory),
       m_progress(progress),
       m_history(cast.members),
-      m_offsets(cast.members.size(), 0)
+      m_offsets(cast.members.size(), 0),
+      m_writers(static_cast<std::size_t>(
+          std::count_if(cast.members.begin(), cast.members.end(),
+                        [](const Member& member) { return member.role == Role::writer; })))
 {
 }
 
@@ -107,6 +139,7 @@ bool Play::compareClocks()
     return true;
 }
 
+/// Readers go on for ever, so it is the writers' silence that counts.
 bool Play::perform()
 {
     for (std::size_t i = 0; i < m_cast.members.size(); ++i)
@@ -117,14 +150,14 @@ bool Play::perform()
         if (report.kind == Report::interrupted)
             return false;
         const auto here = std::chrono::steady_clock::now();
-        if (report.kind != Report::nothing) {
+        if (report.kind == Report::ended ||
+            (report.kind == Report::line && m_cast.members[report.process].role == Role::writer))
             heard = here;
+        if (report.kind != Report::nothing)
             receive(report);
-        } else if (here - heard > silenceLimit) {
-            throw std::runtime_error("no worker has made progress for too long");
-        }
-        if (m_stalled && now() >= m_killAt)
-            killStalled();
+        if (here - heard > silenceLimit)
+            throw std::runtime_error("no writer has made progress for too long");
+        killStalled();
         if (m_history.begin())
             m_progress.show(situation());
     }
@@ -134,7 +167,7 @@ bool Play::perform()
 void Play::receive(const Report& report)
 {
     if (report.kind == Report::ended) {
-        --m_running;
+        end(report.process);
         return;
     }
     Event event;
@@ -144,59 +177,90 @@ void Play::receive(const Report& report)
     }
     event.time -= m_offsets[report.process];
     m_history.add(event);
-    if (event.word == Word::stall) {
-        m_stalled = true;
-        m_victim = report.process;
-        m_killAt = now() + lastMoments;
-    }
+    if (event.word == Word::stall)
+        m_stalled[report.process] = now() + lastMoments;
+    if (event.word == Word::cleared)
+        m_progress.say(m_cast.members[report.process].name + " has removed a stale lock file, " + event.name);
+}
+
+void Play::end(std::size_t process)
+{
+    --m_running;
+    if (m_cast.members[process].role == Role::writer && --m_writers == 0)
+        ReleaseStore(m_directory).close();
 }
 
 void Play::killStalled()
 {
-    m_stalled = false;
-    m_processes.kill(m_victim);
-    m_history.add({m_victim, now(), Word::killed, 0, ""});
-    const std::string name = m_cast.members[m_victim].name;
-    m_progress.say("killed " + name + " (kill -9) inside, half way through release " +
-                   std::to_string(m_history.kill().release) + "; the others may take its lock over when it is stale");
+    for (auto next = m_stalled.begin(); next != m_stalled.end();) {
+        const auto stalled = next++;
+        if (now() < stalled->second)
+            continue;
+        kill(stalled->first);
+        m_stalled.erase(stalled);
+    }
+}
+
+void Play::kill(std::size_t process)
+{
+    m_processes.kill(process);
+    m_history.add({process, now(), Word::killed, 0, ""});
+    const Member& member = m_cast.members[process];
+    const std::string release = std::to_string(m_history.deaths().back().release);
+    const std::string deed = member.role == Role::writer
+                                 ? "half way through release " + release + ": everybody waits"
+                                 : "reading release " + release + ": writers, but no readers, wait";
+    m_progress.say("killed " + member.name + " (kill -9) " + deed + " until its lock file is stale");
 }
 
 void Play::finish()
 {
     m_history.finish();
     const int byKill = 128 + 9;
+    std::vector<int> expected(m_cast.members.size(), 0);
+    for (const Death& death : m_history.deaths())
+        expected[death.process] = byKill;
     for (std::size_t i = 0; i < m_cast.members.size(); ++i) {
-        const bool killed = m_history.kill().happened && m_history.kill().process == i;
         const int status = m_processes.finish(i);
-        if (status != (killed ? byKill : 0))
+        if (status != expected[i])
             m_problems.push_back(m_cast.members[i].name + " ended with status " + std::to_string(status));
     }
+}
+
+/// The dead process whose lock file still lies there; null when there is none.
+const Death* Play::unburied() const
+{
+    for (const Death& death : m_history.deaths())
+        if (death.inside && !death.cleared)
+            return &death;
+    return nullptr;
 }
 
 std::string Play::situation() const
 {
     std::ostringstream text;
-    text << std::setw(6) << seconds(now() - m_history.begin()) << "  ";
-    if (m_history.kill().inside && !m_history.takeOver().happened)
-        text << staleness();
+    text << std::setw(6) << seconds(now() - m_history.begin()) << "  release " << m_history.lastRelease() << " of "
+         << m_cast.lastRelease << ", ";
+    const int readers = m_history.count(Activity::reading);
+    if (const Death* const death = unburied())
+        text << staleness(*death) << ", ";
+    if (!m_history.writer().empty())
+        text << m_history.writer() << " writes";
+    else if (readers > 0)
+        text << readers << (readers == 1 ? " reads" : " read");
     else
-        text << "release " << m_history.lastRelease() << " of " << m_cast.releases << ", "
-             << (m_history.holder().empty() ? "nobody" : m_history.holder()) << " inside";
-    text << ", " << m_history.waiting() << " waiting";
+        text << "nobody inside";
+    text << ", " << m_history.count(Activity::waiting) << " waiting";
     return text.str();
 }
 
-/// The age of the dead process's lock file, as the directory shows it.
-std::string Play::staleness() const
+/// The age of a dead process's lock file, as the directory shows it.
+std::string Play::staleness(const Death& death) const
 {
-    std::error_code gone;
-    const auto refreshed = std::filesystem::last_write_time(m_directory / ".deploy_lock.0", gone);
-    const auto age = std::filesystem::file_time_type::clock::now() - refreshed;
-    const std::string name = m_cast.members[m_history.kill().process].name;
-    if (gone)
-        return name + " is dead, its lock is gone";
-    return name + " is dead, its lock " +
-           std::to_string(std::chrono::duration_cast<std::chrono::seconds>(age).count()) + " s old (stale after 30 s)";
+    const Member& member = m_cast.members[death.process];
+    const long long age = ageOfLock(m_directory, member.role);
+    const std::string dead = roleOf(member) + ' ' + member.name + " is dead, its lock ";
+    return age < 0 ? dead + "is gone" : dead + std::to_string(age) + " s old (stale after 30 s)";
 }
 
 }  // namespace demo

@@ -1,28 +1,20 @@
 #pragma once
 
+#include "examples/deploy_demo/cast.h"
 #include "examples/deploy_demo/history.h"
 #include "examples/deploy_demo/posix/worker_processes.h"
 #include "examples/deploy_demo/progress.h"
 
 #include <filesystem>
+#include <map>
 #include <string>
 #include <vector>
 
 namespace zorvel {
 namespace demo {
 
-/// Who takes part.
-struct Cast
-{
-    std::vector<Member> members;
-    /// The command of each member's process.
-    std::vector<std::vector<std::string>> commands;
-    /// Releases that all of them are to deploy together, for the progress line.
-    int releases = 0;
-};
-
-/// Starts the processes, kills the one that stalls, and writes down what they
-/// report.
+/// Starts the processes, kills those that stall, closes the store when all
+/// writers have ended, and writes down what they report.
 class Play
 {
 public:
@@ -45,10 +37,13 @@ private:
     bool compareClocks();
     bool perform();
     void receive(const Report& report);
+    void end(std::size_t process);
     void killStalled();
+    void kill(std::size_t process);
     void finish();
+    const Death* unburied() const;
     std::string situation() const;
-    std::string staleness() const;
+    std::string staleness(const Death& death) const;
 
     const Cast m_cast;
     const std::filesystem::path m_directory;
@@ -60,9 +55,9 @@ private:
     /// What is taken off each process's times to have them on this clock.
     std::vector<Microseconds> m_offsets;
     std::size_t m_running = 0;
-    bool m_stalled = false;
-    std::size_t m_victim = 0;
-    Microseconds m_killAt = 0;
+    std::size_t m_writers = 0;
+    /// When each process that stands still is killed.
+    std::map<std::size_t, Microseconds> m_stalled;
 };
 
 }  // namespace demo

@@ -1,6 +1,10 @@
 #include "examples/deploy_demo/release_store.h"
 
+#include <boost/crc.hpp>
+
 #include <fstream>
+#include <iterator>
+#include <sstream>
 #include <stdexcept>
 #include <system_error>
 
@@ -11,115 +15,159 @@ namespace fs = std::filesystem;
 
 namespace {
 
-void writeWhole(const fs::path& name, const std::string& content)
+const char finishedName[] = "manifest";
+const char unfinishedName[] = "manifest.unfinished";
+
+/// Binary: both systems read each other's files and compare checksums.
+void writeAll(const fs::path& name, const std::string& content)
 {
-    std::ofstream stream(name);
-    stream << content << std::endl;
+    std::ofstream stream(name, std::ios::binary);
+    stream << content << std::flush;
     if (!stream)
         throw std::runtime_error("cannot write " + name.string());
 }
 
-/// The first line; empty when there is no such file.
-std::string firstLine(const fs::path& name)
+/// Empty when there is no such file.
+std::string readAll(const fs::path& name)
 {
-    std::ifstream stream(name);
-    std::string line;
-    std::getline(stream, line);
-    return line;
+    std::ifstream stream(name, std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>());
 }
 
-std::string content(int release, int file, const std::string& author)
+std::uint32_t sumOf(const std::string& content)
 {
-    return "release " + std::to_string(release) + " file " + std::to_string(file) + " by " + author;
+    boost::crc_32_type sum;
+    sum.process_bytes(content.data(), content.size());
+    return sum.checksum();
 }
 
-/// The last word of a file's line.
-std::string authorOf(const std::string& line)
+std::string headOf(int release)
 {
-    return line.substr(line.find_last_of(' ') + 1);
+    return "release " + std::to_string(release) + ' ';
+}
+
+std::string contentOf(int release, int file, const std::string& author)
+{
+    const std::string line = headOf(release) + "file " + std::to_string(file) + " by " + author + '\n';
+    std::string content;
+    for (int i = 0; i < 64; ++i)
+        content += line;
+    return content;
+}
+
+std::string titleOf(int release, const std::string& author)
+{
+    return headOf(release) + "by " + author + '\n';
+}
+
+Manifest parse(const std::string& text, Manifest::State state)
+{
+    std::istringstream stream(text);
+    std::string word;
+    Manifest manifest;
+    if (!(stream >> word >> manifest.release >> word >> manifest.author))
+        return Manifest();
+    manifest.state = state;
+    for (std::uint32_t sum; stream >> sum;)
+        manifest.sums.push_back(sum);
+    return manifest;
 }
 
 }  // namespace
 
-ReleaseStore::ReleaseStore(const fs::path& root) : m_root(root)
+bool operator==(const Manifest& left, const Manifest& right)
+{
+    return left.state == right.state && left.release == right.release && left.author == right.author &&
+           left.sums == right.sums;
+}
+
+ReleaseStore::ReleaseStore(const fs::path& root) : m_root(root), m_live(root / "live")
 {
 }
 
-int ReleaseStore::current() const
+void ReleaseStore::create(const std::string& author)
 {
-    const std::string line = firstLine(m_root / "current");
-    return line.empty() ? 0 : std::stoi(line);
+    fs::create_directories(m_live);
+    begin(1, author);
+    for (int i = 0; i < FILES_PER_RELEASE; ++i)
+        write(1, i, author);
+    if (!publish(1, author))
+        throw std::runtime_error("cannot make a first release in " + m_root.string());
 }
 
-bool ReleaseStore::mark(const std::string& name)
+Manifest ReleaseStore::manifest() const
 {
-    const fs::path inside = m_root / "inside";
-    if (!fs::create_directory(inside))
-        return false;
-    writeWhole(inside / name, name);
-    return true;
+    const Manifest manifest = parse(readAll(m_live / finishedName), Manifest::finished);
+    return manifest.state == Manifest::finished ? manifest
+                                                : parse(readAll(m_live / unfinishedName), Manifest::unfinished);
 }
 
-std::string ReleaseStore::markedBy() const
+int ReleaseStore::next() const
 {
-    std::error_code gone;
-    const fs::directory_iterator mark(m_root / "inside", gone);
-    return mark == fs::directory_iterator() ? std::string() : mark->path().filename().string();
-}
-
-void ReleaseStore::unmark()
-{
-    fs::remove_all(m_root / "inside");
+    const Manifest present = manifest();
+    return present.state == Manifest::unfinished ? present.release : present.release + 1;
 }
 
 int ReleaseStore::filesOf(int release) const
 {
     int count = 0;
     for (int i = 0; i < FILES_PER_RELEASE; ++i)
-        count += fs::exists(file(release, i)) ? 1 : 0;
+        count += readAll(file(i)).rfind(headOf(release), 0) == 0 ? 1 : 0;
     return count;
 }
 
-void ReleaseStore::discard(int release)
+void ReleaseStore::begin(int release, const std::string& author)
 {
-    fs::remove_all(folder(release));
-}
-
-void ReleaseStore::begin(int release)
-{
-    fs::create_directories(folder(release));
+    writeAll(m_live / unfinishedName, titleOf(release, author));
+    fs::remove(m_live / finishedName);
 }
 
 void ReleaseStore::write(int release, int index, const std::string& author)
 {
-    writeWhole(file(release, index), content(release, index, author));
+    writeAll(file(index), contentOf(release, index, author));
 }
 
-void ReleaseStore::publish(int release)
+bool ReleaseStore::publish(int release, const std::string& author)
 {
-    const fs::path next = m_root / "current.new";
-    writeWhole(next, std::to_string(release));
-    fs::rename(next, m_root / "current");
-}
-
-bool ReleaseStore::isWhole(int release, std::string author) const
-{
-    if (author.empty())
-        author = authorOf(firstLine(file(release, 0)));
+    std::string text = titleOf(release, author);
     for (int i = 0; i < FILES_PER_RELEASE; ++i)
-        if (firstLine(file(release, i)) != content(release, i, author))
-            return false;
-    return true;
+        text += std::to_string(sumOf(contentOf(release, i, author))) + '\n';
+    const fs::path prepared = m_live / unfinishedName;
+    const bool undisturbed = readAll(prepared) == titleOf(release, author);
+    writeAll(prepared, text);
+    std::error_code failure;
+    fs::rename(prepared, m_live / finishedName, failure);
+    return undisturbed && !failure;
 }
 
-fs::path ReleaseStore::folder(int release) const
+bool ReleaseStore::matches(const Manifest& manifest, int index) const
 {
-    return m_root / "releases" / std::to_string(release);
+    const std::size_t entry = static_cast<std::size_t>(index);
+    return entry < manifest.sums.size() && sumOf(readAll(file(index))) == manifest.sums[entry];
 }
 
-fs::path ReleaseStore::file(int release, int index) const
+bool ReleaseStore::isWhole() const
 {
-    return folder(release) / ("file." + std::to_string(index));
+    const Manifest present = manifest();
+    bool whole = present.state == Manifest::finished;
+    for (int i = 0; i < FILES_PER_RELEASE; ++i)
+        whole = whole && matches(present, i);
+    return whole;
+}
+
+void ReleaseStore::close()
+{
+    writeAll(m_root / "closed", std::string());
+}
+
+bool ReleaseStore::isClosed() const
+{
+    return fs::exists(m_root / "closed");
+}
+
+fs::path ReleaseStore::file(int index) const
+{
+    return m_live / ("file." + std::to_string(index));
 }
 
 }  // namespace demo

@@ -1,20 +1,41 @@
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
 #include <string>
+#include <vector>
 
 namespace zorvel {
 namespace demo {
 
-/// What the processes share: a directory of numbered releases.
+/// What is said about the release in a store.
+struct Manifest
+{
+    enum State
+    {
+        none,        ///< nothing is said
+        unfinished,  ///< somebody has begun to write it
+        finished,    ///< all its files are written
+    };
+    State state = none;
+    int release = 0;
+    std::string author;
+    /// Of a finished release: the checksum of each file.
+    std::vector<std::uint32_t> sums;
+};
+
+bool operator==(const Manifest& left, const Manifest& right);
+
+/// The directory that a release lives in. The next one is written over it, file
+/// by file, so that who reads meanwhile reads a mixture of both.
 ///
-///   current              the number of the last whole release
-///   releases/N/file.I    the files of release N, each naming its author
-///   inside/NAME          the mark of the process that is inside now
+///   live/file.I               the files
+///   live/manifest             release, author and the files' checksums
+///   live/manifest.unfinished  release and author of one that is being written
+///   closed                    there will be no further release
 ///
-/// Nothing here excludes anybody: that is the lock's part. The mark only shows
-/// whether the lock did it. File-system failures leave as
-/// std::filesystem::filesystem_error or std::runtime_error.
+/// Nothing here excludes anybody: that is the lock's part. Failures of the file
+/// system leave as std::filesystem::filesystem_error or std::runtime_error.
 class ReleaseStore
 {
 public:
@@ -22,37 +43,39 @@ public:
 
     explicit ReleaseStore(const std::filesystem::path& root);
 
-    /// 0 before the first release.
-    int current() const;
+    /// Makes the store, with a first release by `author` in it.
+    void create(const std::string& author);
 
-    /// Leaves a mark that the operating system creates only if there is none.
-    /// False: there is one already.
-    bool mark(const std::string& name);
+    Manifest manifest() const;
 
-    /// The name in the mark; empty when it has none, or is gone.
-    std::string markedBy() const;
+    /// The release that is to be written next: one that was not finished, or
+    /// the one after the present.
+    int next() const;
 
-    void unmark();
-
-    /// Files of a release that are there; 0 as well when it was not begun.
+    /// How many files of a release, finished or not, are there.
     int filesOf(int release) const;
 
-    void discard(int release);
-    void begin(int release);
+    /// From now on the release there is unfinished.
+    void begin(int release, const std::string& author);
     void write(int release, int file, const std::string& author);
-    /// Makes a release the current one, in one step for whoever looks.
-    void publish(int release);
+    /// Makes it finished, in one step for whoever looks. False: somebody else
+    /// did something to it meanwhile.
+    bool publish(int release, const std::string& author);
 
-    /// Whether all files of a release are there and by one author: somebody
-    /// else inside would have mixed his own in. An empty author stands for
-    /// whoever wrote the first file.
-    bool isWhole(int release, std::string author = std::string()) const;
+    /// Whether a file is what the manifest says.
+    bool matches(const Manifest& manifest, int file) const;
+
+    /// Whether the release there is finished and all its files match.
+    bool isWhole() const;
+
+    void close();
+    bool isClosed() const;
 
 private:
-    std::filesystem::path folder(int release) const;
-    std::filesystem::path file(int release, int index) const;
+    std::filesystem::path file(int index) const;
 
     const std::filesystem::path m_root;
+    const std::filesystem::path m_live;
 };
 
 }  // namespace demo

@@ -7,10 +7,10 @@ namespace demo {
 
 namespace {
 
-const double cutWidth = 84;
-/// Seconds that are shown on either side of the cut, and the least that is
-/// worth one.
-const double shownBeside = 1.5;
+const double cutWidth = 62;
+/// Seconds that are shown on either side of a cut, and the least that is worth
+/// one.
+const double shownBeside = 1.2;
 const double worthCutting = 4;
 
 }  // namespace
@@ -20,26 +20,40 @@ TimeScale::TimeScale(const History& history, double left, double right)
       m_left(left),
       m_length(std::max(0.1, static_cast<double>(history.end() - history.begin()) / 1e6))
 {
-    if (history.takeOver().happened) {
-        const double from = static_cast<double>(history.kill().time - m_begin) / 1e6 + shownBeside;
-        const double to = static_cast<double>(history.takeOver().time - m_begin) / 1e6 - shownBeside;
-        if (to - from > worthCutting) {
-            m_cutFrom = from;
-            m_cutTo = to;
-        }
-    }
-    const double width = right - left - (isCut() ? cutWidth : 0);
-    m_perSecond = width / (m_length - (m_cutTo - m_cutFrom));
+    for (const Death& death : history.deaths())
+        if (death.cleared)
+            cut(death);
+    double shown = m_length;
+    for (const Cut& cut : m_cuts)
+        shown -= cut.to - cut.from;
+    m_perSecond = (right - left - cutWidth * static_cast<double>(m_cuts.size())) / shown;
+}
+
+void TimeScale::cut(const Death& death)
+{
+    const double earliest = m_cuts.empty() ? 0 : m_cuts.back().to;
+    const double from = static_cast<double>(death.time - m_begin) / 1e6 + shownBeside;
+    const double to = static_cast<double>(death.clearedAt - m_begin) / 1e6 - shownBeside;
+    if (from >= earliest && to - from > worthCutting)
+        m_cuts.push_back({from, to});
 }
 
 double TimeScale::atSecond(double second) const
 {
-    if (!isCut() || second <= m_cutFrom)
-        return m_left + second * m_perSecond;
-    const double cutLeft = m_left + m_cutFrom * m_perSecond;
-    if (second < m_cutTo)
-        return cutLeft + cutWidth * (second - m_cutFrom) / (m_cutTo - m_cutFrom);
-    return cutLeft + cutWidth + (second - m_cutTo) * m_perSecond;
+    double x = m_left + second * m_perSecond;
+    for (const Cut& cut : m_cuts) {
+        if (second <= cut.from)
+            break;
+        const double within = std::min(second, cut.to) - cut.from;
+        x += cutWidth * within / (cut.to - cut.from) - within * m_perSecond;
+    }
+    return x;
+}
+
+bool TimeScale::isCutOut(double second) const
+{
+    return std::any_of(m_cuts.begin(), m_cuts.end(),
+                       [&](const Cut& cut) { return second > cut.from && second < cut.to; });
 }
 
 int TimeScale::step() const

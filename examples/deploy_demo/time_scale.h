@@ -6,11 +6,17 @@ namespace zorvel {
 namespace demo {
 
 /// Puts seconds since the first request on the picture's horizontal axis. Most
-/// of the time in which nothing happens but a dead holder's lock going stale
-/// is left out.
+/// of each time in which a dead process's lock file goes stale is left out.
 class TimeScale
 {
 public:
+    /// Seconds that are left out.
+    struct Cut
+    {
+        double from;
+        double to;
+    };
+
     /// From one horizontal position to the other.
     TimeScale(const History& history, double left, double right);
 
@@ -19,21 +25,21 @@ public:
     double atSecond(double second) const;
 
     double length() const { return m_length; }
-    bool isCut() const { return m_cutTo > m_cutFrom; }
-    /// Seconds.
-    double cutFrom() const { return m_cutFrom; }
-    double cutTo() const { return m_cutTo; }
+    /// One after the other.
+    const std::vector<Cut>& cuts() const { return m_cuts; }
+    bool isCutOut(double second) const;
 
     /// Seconds between two labels of the axis.
     int step() const;
 
 private:
+    void cut(const Death& death);
+
     const Microseconds m_begin;
     const double m_left;
-    double m_length;
-    double m_cutFrom = 0;
-    double m_cutTo = 0;
-    double m_perSecond;
+    const double m_length;
+    std::vector<Cut> m_cuts;
+    double m_perSecond = 0;
 };
 
 }  // namespace demo
