@@ -15,15 +15,16 @@ enum Rank
     reader,
 };
 
-/// The digits behind a prefix.
-std::optional<std::string> numberBehind(const std::string& prefix, const std::string& name)
+std::optional<std::string> textBehind(const std::string& prefix, const std::string& name)
 {
     if (name.compare(0, prefix.size(), prefix) != 0)
         return std::nullopt;
-    const std::string number = name.substr(prefix.size());
-    if (number.empty() || number.find_first_not_of("0123456789") != std::string::npos)
-        return std::nullopt;
-    return number;
+    return name.substr(prefix.size());
+}
+
+bool isNumber(const std::string& text)
+{
+    return !text.empty() && text.find_first_not_of("0123456789") == std::string::npos;
 }
 
 }  // namespace
@@ -32,11 +33,13 @@ std::optional<LockName> lockNameOf(const std::string& name)
 {
     if (name == ".deploy_write_lock")
         return LockName{writer, "writer", "-"};
-    if (const auto number = numberBehind(".deploy_read_lock.", name))
-        return LockName{reader, "reader", *number};
-    if (const auto level = numberBehind(".deploy_lock.", name))
-        return *level == "0" ? LockName{exclusive, "exclusive", *level} : LockName{queued, "queued", *level};
-    return std::nullopt;
+    // Not only those with a number: a writer waits for whatever begins so.
+    if (const auto number = textBehind(".deploy_read_lock.", name))
+        return LockName{reader, "reader", number->empty() ? "-" : *number};
+    const auto level = textBehind(".deploy_lock.", name);
+    if (!level || !isNumber(*level))
+        return std::nullopt;
+    return *level == "0" ? LockName{exclusive, "exclusive", *level} : LockName{queued, "queued", *level};
 }
 
 /// Numbers without leading zeros: the longer is the greater.
