@@ -2,6 +2,8 @@
 
 #include <zorvel/errors.h>
 
+#include <new>
+
 namespace zorvel {
 namespace test {
 
@@ -15,7 +17,7 @@ bool FailurePlan::covers(std::size_t number) const
 std::ostream& operator<<(std::ostream& out, const FailurePlan& plan)
 {
     static const char* const names[] = {"false", "no such directory", "permission denied", "file access error",
-                                        "file not found"};
+                                        "file not found", "out of memory"};
     return out << "operation " << plan.from << (plan.persistence == Persistence::once ? " once: " : " for ever: ")
                << names[static_cast<int>(plan.failure)];
 }
@@ -33,6 +35,8 @@ void throwFailure(Failure failure)
         throw zvFileAccessError(failureDetail);
     case Failure::fileNotFound:
         throw zvFileNotFoundError(failureDetail);
+    case Failure::outOfMemory:
+        throw std::bad_alloc();
     }
 }
 

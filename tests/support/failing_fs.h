@@ -17,6 +17,7 @@ enum class Failure
     permissionDenied,
     fileAccessError,
     fileNotFound,
+    outOfMemory,  ///< std::bad_alloc, which is none of the family
 };
 
 enum class Persistence

@@ -30,6 +30,14 @@ std::string directoryOf(const std::string& name)
     return end == std::string::npos ? std::string() : name.substr(0, end);
 }
 
+bool matches(const std::string& pattern, const std::string& name)
+{
+    if (pattern.empty() || pattern.back() != '*')
+        return name == pattern;
+    const std::size_t length = pattern.size() - 1;
+    return name.size() >= length && name.compare(0, length, pattern, 0, length) == 0;
+}
+
 /// The word for the exception that is being handled.
 std::string currentException()
 {
@@ -63,7 +71,8 @@ std::string offsetFromNow(const ptime& deadline)
 
 std::string Operation::text() const
 {
-    return verb + ' ' + name + (deadline ? ' ' + offsetFromNow(*deadline) : std::string());
+    return verb + ' ' + name + (walk.empty() ? walk : ' ' + walk) +
+           (deadline ? ' ' + offsetFromNow(*deadline) : std::string());
 }
 
 void RecordingFs::addDirectory(const std::string& path)
@@ -139,7 +148,6 @@ void RecordingFs::clearLog()
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
     m_log.clear();
-    m_count = 0;
 }
 
 /// The mutex is held by the caller.
@@ -156,10 +164,34 @@ void RecordingFs::requireDirectoryOf(const std::string& name) const
         throw zvNoSuchDirectory(name);
 }
 
-Operation RecordingFs::nextOperation(const char* verb, const std::string& name, const Deadline& deadline)
+/// The mutex is held by the caller.
+std::vector<std::string> RecordingFs::filesMatching(const std::string& pattern) const
 {
+    std::vector<std::string> names;
+    for (const Files::value_type& file : m_files)
+        if (matches(pattern, file.first))
+            names.push_back(file.first);
+    return names;
+}
+
+/// The mutex is held by the caller.
+std::vector<std::string> RecordingFs::directoriesMatching(const std::string& pattern) const
+{
+    std::vector<std::string> names;
+    for (const std::map<std::string, bool>::value_type& directory : m_directories)
+        if (matches(pattern, directory.first))
+            names.push_back(directory.first);
+    return names;
+}
+
+Operation RecordingFs::nextOperation(const char* verb, const std::string& name, const Deadline& deadline,
+                                     const std::string& walk)
+{
+    const Operation operation{0, verb, name, deadline, walk};
+    const std::string text = operation.text();
     const std::lock_guard<std::mutex> lock(m_mutex);
-    return Operation{++m_count, verb, name, deadline};
+    m_log.push_back(text);
+    return Operation{m_log.size(), verb, name, deadline, walk};
 }
 
 boost::optional<bool> RecordingFs::scripted(const Operation& operation)
@@ -176,24 +208,25 @@ boost::optional<bool> RecordingFs::scripted(const Operation& operation)
     return *script ? (*script)(operation) : boost::none;
 }
 
-void RecordingFs::write(const std::string& line)
+/// A line that clearLog() took away stays away.
+void RecordingFs::complete(const Operation& operation, const std::string& result)
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    m_log.push_back(line);
+    if (operation.number <= m_log.size())
+        m_log[operation.number - 1] += " -> " + result;
 }
 
-long long RecordingFs::record(const char* verb, const std::string& name, const Deadline& deadline,
-                              const std::function<long long()>& answer)
+long long RecordingFs::record(const char* verb, const std::string& name, const std::function<long long()>& answer,
+                              const std::string& walk)
 {
-    const Operation operation = nextOperation(verb, name, deadline);
-    const std::string text = operation.text();
+    const Operation operation = nextOperation(verb, name, boost::none, walk);
     try {
         scripted(operation);  // may throw; a number has no script
         const long long result = answer();
-        write(text + " -> " + std::to_string(result));
+        complete(operation, std::to_string(result));
         return result;
     } catch (...) {
-        write(text + " -> " + currentException());
+        complete(operation, currentException());
         throw;
     }
 }
@@ -202,14 +235,13 @@ bool RecordingFs::recordYesNo(const char* verb, const std::string& name, const D
                               const std::function<bool()>& answer)
 {
     const Operation operation = nextOperation(verb, name, deadline);
-    const std::string text = operation.text();
     try {
         const boost::optional<bool> given = scripted(operation);
         const bool result = given ? *given : answer();
-        write(text + (result ? " -> true" : " -> false"));
+        complete(operation, result ? "true" : "false");
         return result;
     } catch (...) {
-        write(text + " -> " + currentException());
+        complete(operation, currentException());
         throw;
     }
 }
@@ -262,13 +294,42 @@ bool RecordingFs::refreshLockFileUntil(const std::string& name, const ptime& dea
 
 zvTime64 RecordingFs::getModificationTime(const char* name)
 {
-    return record("mtime", name, boost::none, [&] {
+    return record("mtime", name, [&] {
         const std::lock_guard<std::mutex> lock(m_mutex);
         const Files::const_iterator file = m_files.find(name);
         if (file == m_files.end())
             throw zvFileNotFoundError(name);
         return file->second;
     });
+}
+
+bool RecordingFs::anyMatch(const char* pattern)
+{
+    return recordYesNo("anyMatch", pattern, boost::none, [&] {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        return !filesMatching(pattern).empty() || !directoriesMatching(pattern).empty();
+    });
+}
+
+int RecordingFs::findMatchingFilesAndDirs(const char* pattern, const zvStringProcedure& onFile,
+                                          const zvStringProcedure& onDir, int depth, bool stopAtFirst)
+{
+    const auto answer = [&] {
+        std::vector<std::string> files;
+        std::vector<std::string> directories;
+        {
+            const std::lock_guard<std::mutex> lock(m_mutex);
+            files = filesMatching(pattern);
+            directories = directoriesMatching(pattern);
+        }
+        for (const std::string& file : files)
+            onFile(file.c_str());
+        for (const std::string& directory : directories)
+            onDir(directory.c_str());
+        return static_cast<long long>(files.size() + directories.size());
+    };
+    const std::string walk = std::to_string(depth) + (stopAtFirst ? " true" : " false");
+    return static_cast<int>(record("findMatchingFilesAndDirs", pattern, answer, walk));
 }
 
 // No lock asks for the rest: they are written down and fail.
@@ -280,7 +341,7 @@ bool RecordingFs::mkdirP(const char* path)
 
 int RecordingFs::removeEntry(const char* name)
 {
-    return static_cast<int>(record("removeEntry", name, boost::none, [] { return -1; }));
+    return static_cast<int>(record("removeEntry", name, [] { return -1; }));
 }
 
 bool RecordingFs::removeRF(const char* path)
@@ -288,25 +349,14 @@ bool RecordingFs::removeRF(const char* path)
     return recordYesNo("removeRF", path, boost::none, [] { return false; });
 }
 
-bool RecordingFs::anyMatch(const char* pattern)
-{
-    return recordYesNo("anyMatch", pattern, boost::none, [] { return false; });
-}
-
-int RecordingFs::findMatchingFilesAndDirs(const char* pattern, const zvStringProcedure&, const zvStringProcedure&,
-                                          int, bool)
-{
-    return static_cast<int>(record("findMatchingFilesAndDirs", pattern, boost::none, [] { return 0; }));
-}
-
 unsigned short RecordingFs::disableWritePermission(const char* path)
 {
-    return static_cast<unsigned short>(record("disableWritePermission", path, boost::none, [] { return 0; }));
+    return static_cast<unsigned short>(record("disableWritePermission", path, [] { return 0; }));
 }
 
 unsigned short RecordingFs::enableWritePermission(const char* path)
 {
-    return static_cast<unsigned short>(record("enableWritePermission", path, boost::none, [] { return 0; }));
+    return static_cast<unsigned short>(record("enableWritePermission", path, [] { return 0; }));
 }
 
 }  // namespace test

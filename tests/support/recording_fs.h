@@ -26,6 +26,7 @@ struct Operation
     std::string verb;    ///< isDirectory, exists, create, remove, refresh, mtime, or the slot's name
     std::string name;    ///< the path
     boost::optional<boost::posix_time::ptime> deadline;
+    std::string walk;  ///< depth and "stop at the first" of a walk: "0 false"
 
     /// "remove DIR/.deploy_lock.1 +1000000us", without the result.
     std::string text() const;
@@ -34,11 +35,14 @@ struct Operation
 /// A file system in memory that writes down what is asked of it. Files have a
 /// modification time, stamped by a server whose clock is the fake universal
 /// clock plus an offset. Of paths only these are known: the files, and the
-/// directories that addDirectory() named. Thread-safe.
+/// directories that addDirectory() named. A pattern is a path, or one that
+/// ends in its only '*'; a walk hands out what was there when it began, in the
+/// order of the names, and descends nowhere. Thread-safe.
 ///
 /// Each operation: the hook runs (it may change the files, move the clock or
-/// throw), then the file system answers. The line in the log has the result:
-/// "create DIR/x -> true", "-> file not found" for what was thrown.
+/// throw), then the file system answers. The lines in the log are in the order
+/// in which the operations began and have the results: "create DIR/x -> true",
+/// "-> file not found" for what was thrown.
 class RecordingFs : public zvAbstractFS
 {
 public:
@@ -83,19 +87,23 @@ private:
 
     typedef boost::optional<boost::posix_time::ptime> Deadline;
 
-    /// Runs the hook, the script and the answer and writes the line, whatever
-    /// they throw. The script's answer is no number and goes.
-    long long record(const char* verb, const std::string& name, const Deadline& deadline,
-                     const std::function<long long()>& answer);
+    /// Runs the hook, the script and the answer and completes the line,
+    /// whatever they throw. The script's answer is no number and goes.
+    long long record(const char* verb, const std::string& name, const std::function<long long()>& answer,
+                     const std::string& walk = std::string());
     /// The same for a question of yes and no, which the script may answer.
     bool recordYesNo(const char* verb, const std::string& name, const Deadline& deadline,
                      const std::function<bool()>& answer);
-    Operation nextOperation(const char* verb, const std::string& name, const Deadline& deadline);
+    /// Begins its line in the log too.
+    Operation nextOperation(const char* verb, const std::string& name, const Deadline& deadline,
+                            const std::string& walk = std::string());
     /// Runs the hook, then the script.
     boost::optional<bool> scripted(const Operation& operation);
-    void write(const std::string& line);
+    void complete(const Operation& operation, const std::string& result);
     long long serverTime() const;
     void requireDirectoryOf(const std::string& name) const;
+    std::vector<std::string> filesMatching(const std::string& pattern) const;
+    std::vector<std::string> directoriesMatching(const std::string& pattern) const;
 
     mutable std::mutex m_mutex;
     Files m_files;
@@ -103,7 +111,6 @@ private:
     boost::posix_time::time_duration m_serverOffset = boost::posix_time::time_duration(0, 0, 0);
     std::shared_ptr<Hook> m_hook = std::make_shared<Hook>();
     std::shared_ptr<Script> m_script = std::make_shared<Script>();
-    std::size_t m_count = 0;
     std::vector<std::string> m_log;
 };
 

@@ -11,34 +11,28 @@ namespace test {
 
 namespace {
 
-const char levelPrefix[] = "/.deploy_lock.";
-
 bool begins(const std::string& text, const std::string& beginning)
 {
     return text.compare(0, beginning.size(), beginning) == 0;
 }
 
-std::string replaced(std::string text, const std::string& what, const std::string& by)
+/// What a log shows of the operations, with the longest word cut.
+std::string shortVerb(const std::string& verb)
 {
-    const std::size_t at = text.find(what);
-    return at == std::string::npos ? text : text.replace(at, what.size(), by);
+    return verb == "findMatchingFilesAndDirs" ? "walk" : verb;
 }
 
 }  // namespace
 
 Scene::Scene(const std::string& directory)
     : m_directory(directory),
+      m_names(directory),
       m_fs(boost::make_shared<RecordingFs>()),
       m_lock(new zvDirectoryExclusiveLock(directory, "L", m_fs))
 {
     fake_timer::reset();
     m_fs->addDirectory(directory);
     m_fs->setScript([this](const Operation& operation) { return play(operation); });
-}
-
-std::string Scene::nameOf(int level) const
-{
-    return m_directory + levelPrefix + std::to_string(level);
 }
 
 void Scene::take(int level, long long ageSeconds)
@@ -68,10 +62,7 @@ void Scene::refuse(const std::string& operation, std::size_t nth)
 
 std::string Scene::key(const Operation& operation) const
 {
-    const std::string calibration = m_directory + "\\.";
-    if (begins(operation.name, calibration))
-        return operation.verb + " CAL";
-    return operation.verb + ' ' + replaced(operation.name, m_directory + levelPrefix, "#");
+    return shortVerb(operation.verb) + ' ' + m_names(operation.name);
 }
 
 boost::optional<bool> Scene::play(const Operation& operation)
@@ -101,10 +92,11 @@ void Scene::heal()
 
 std::string Scene::shortly(std::string line) const
 {
-    const std::size_t calibration = line.find(m_directory + "\\.");
-    if (calibration != std::string::npos)
-        line.replace(calibration, line.find(' ', calibration) - calibration, "CAL");
-    line = replaced(line, m_directory + levelPrefix, "#");
+    const std::size_t verbEnd = line.find(' ');
+    const std::size_t nameEnd = line.find(' ', verbEnd + 1);
+    const std::string name = m_names(line.substr(verbEnd + 1, nameEnd - verbEnd - 1));
+    const std::string rest = nameEnd == std::string::npos ? std::string() : line.substr(nameEnd);
+    line = shortVerb(line.substr(0, verbEnd)) + ' ' + name + rest;
     const std::size_t result = line.find(" -> ");
     const bool isTime = begins(line, "mtime ") && line.find_first_not_of("-0123456789", result + 4) == std::string::npos;
     return isTime ? line.substr(0, result) : line;
@@ -122,6 +114,13 @@ std::size_t Scene::countOf(const std::string& beginning) const
     const std::vector<std::string> lines = operations();
     return static_cast<std::size_t>(
         std::count_if(lines.begin(), lines.end(), [&](const std::string& line) { return begins(line, beginning); }));
+}
+
+std::vector<std::string> Scene::shortFiles() const
+{
+    std::vector<std::string> files = m_fs->files();
+    std::transform(files.begin(), files.end(), files.begin(), [this](const std::string& file) { return m_names(file); });
+    return files;
 }
 
 }  // namespace test

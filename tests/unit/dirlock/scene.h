@@ -5,6 +5,7 @@
 #include "tests/support/failing_fs.h"
 #include "tests/support/fake_clock.h"
 #include "tests/support/recording_fs.h"
+#include "tests/unit/dirlock/short_names.h"
 
 #include <boost/shared_ptr.hpp>
 
@@ -17,17 +18,19 @@
 namespace zorvel {
 namespace test {
 
-/// A directory in memory, a lock on it, and what is to happen to them while
-/// the lock works. The clock is moved by the lock's own sleeps; timers are
-/// fired by the test. The directory is "D", the label "L".
+/// A directory in memory, an exclusive lock on it, and what is to happen to
+/// them while a lock works. The clock is moved by the lock's own sleeps; timers
+/// are fired by the test. The directory is "D", the label "L".
 ///
 /// Operations are written shortly: "create #1 -> true" is the creation of
-/// D/.deploy_lock.1, "CAL" the file that compares the clocks; of the times read
-/// only the failures are shown.
+/// D/.deploy_lock.1 (see ShortNames); of the times read only the failures are
+/// shown; "walk" is findMatchingFilesAndDirs, with its last two arguments.
 class Scene
 {
 public:
     explicit Scene(const std::string& directory = "D");
+
+    virtual ~Scene() {}
 
     Scene(const Scene&) = delete;
     Scene& operator=(const Scene&) = delete;
@@ -39,7 +42,7 @@ public:
     /// Destroys the lock object.
     void dropLock() { m_lock.reset(); }
 
-    std::string nameOf(int level) const;
+    std::string nameOf(int level) const { return m_names.level(level); }
 
     /// Makes a level's file, refreshed so many seconds ago.
     void take(int level, long long ageSeconds = 0);
@@ -63,6 +66,12 @@ public:
     std::vector<std::string> operations() const;
     std::size_t countOf(const std::string& beginning) const;
 
+    /// The files in the directory, shortly.
+    std::vector<std::string> shortFiles() const;
+
+protected:
+    const ShortNames& names() const { return m_names; }
+
 private:
     struct Rule
     {
@@ -78,6 +87,7 @@ private:
 
     fake_clock::Scope m_clock;
     const std::string m_directory;
+    mutable ShortNames m_names;  ///< numbers the own readers as it meets them
     const boost::shared_ptr<RecordingFs> m_fs;
     std::vector<Rule> m_rules;
     std::map<std::string, std::size_t> m_seen;
