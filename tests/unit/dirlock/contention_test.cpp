@@ -1,6 +1,7 @@
 #include <zorvel/dirlock.h>
 
 #include "tests/support/temporary_tree.h"
+#include "tests/unit/dirlock/eventually.h"
 
 #include <boost/thread/thread.hpp>
 
@@ -23,17 +24,6 @@ using boost::posix_time::seconds;
 using boost::posix_time::time_duration;
 
 typedef std::vector<std::string> Names;
-
-bool eventually(const std::function<bool()>& holds)
-{
-    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
-    while (!holds()) {
-        if (std::chrono::steady_clock::now() > end)
-            return false;
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    }
-    return true;
-}
 
 class Contention : public testing::Test
 {
@@ -116,6 +106,7 @@ TEST_F(ContentionBusy, AReleaseWithoutLimitWaitsForTheAcquire)
     EXPECT_FALSE(released);
     ASSERT_TRUE(m_holder->release());
     releaser.join();
+    m_waiter.join();
     EXPECT_TRUE(released);
     EXPECT_TRUE(m_acquired);
     EXPECT_TRUE(m_tree.names().empty());
