@@ -1,15 +1,13 @@
 #include <zorvel/errors.h>
 
+#include "tests/faults/endings.h"
+#include "tests/faults/own_files.h"
 #include "tests/faults/shapes.h"
-#include "tests/support/failing_fs.h"
 #include "tests/support/fake_timer.h"
 
 #include <gmock/gmock.h>
 
-#include <functional>
 #include <stdexcept>
-#include <typeindex>
-#include <typeinfo>
 
 // Every single operation of an acquire fails, once and for ever, by false and
 // by each exception of the family. The caller gets what is promised, and no
@@ -20,64 +18,6 @@ namespace {
 using namespace zorvel::test;
 using boost::posix_time::seconds;
 using testing::IsEmpty;
-
-/// How an acquire ended.
-struct Ending
-{
-    bool acquired = false;
-    std::type_index thrown = typeid(void);
-    std::string text;
-};
-
-bool operator==(const Ending& one, const Ending& other)
-{
-    return one.acquired == other.acquired && one.thrown == other.thrown && one.text == other.text;
-}
-
-std::ostream& operator<<(std::ostream& out, const Ending& ending)
-{
-    return out << (ending.acquired ? "acquired " : "not acquired ") << ending.thrown.name() << ' ' << ending.text;
-}
-
-Ending endingOf(const std::function<bool()>& acquire)
-{
-    Ending ending;
-    try {
-        ending.acquired = acquire();
-    } catch (const std::exception& error) {
-        ending.thrown = typeid(error);
-        ending.text = error.what();
-    }
-    return ending;
-}
-
-Ending acquired()
-{
-    return endingOf([] { return true; });
-}
-
-Ending notAcquired()
-{
-    return Ending();
-}
-
-/// The exception as it was thrown.
-Ending unchanged(Failure failure)
-{
-    return endingOf([failure] {
-        throwFailure(failure);
-        return false;
-    });
-}
-
-/// The base itself with a text.
-Ending base(const std::string& text)
-{
-    Ending ending;
-    ending.thrown = typeid(zvFileBasedLockError);
-    ending.text = text;
-    return ending;
-}
 
 bool begins(const std::string& text, const std::string& beginning)
 {
@@ -176,38 +116,10 @@ Ending expected(const Place& place, const FailurePlan& plan)
     return once ? expectedForExceptionOnce(place, plan.failure) : expectedForExceptionForEver(place, plan.failure);
 }
 
-/// The files that this process made or took over and has not removed.
-std::vector<std::string> ownFiles(Scene& scene)
-{
-    std::vector<std::string> own;
-    for (const std::string& file : scene.fs().files()) {
-        bool isOwn = false;
-        for (const std::string& line : scene.fs().log()) {
-            const bool done = line.find(" -> true") != std::string::npos;
-            if (done && (begins(line, "create " + file + ' ') || begins(line, "refresh " + file + ' ')))
-                isOwn = true;
-            if (done && begins(line, "remove " + file + ' '))
-                isOwn = false;
-        }
-        if (isOwn)
-            own.push_back(file);
-    }
-    return own;
-}
-
-/// Whether a removal of the file was tried, in vain.
-bool wasGivenUp(Scene& scene, const std::string& file)
-{
-    for (const std::string& line : scene.fs().log())
-        if (begins(line, "remove " + file + ' ') && line.find(" -> true") == std::string::npos)
-            return true;
-    return false;
-}
-
 void expectNoFileStays(Scene& scene)
 {
-    for (const std::string& file : ownFiles(scene))
-        EXPECT_TRUE(wasGivenUp(scene, file)) << file << " stays and nobody tried to remove it";
+    for (const std::string& file : ownFiles(scene.fs()))
+        EXPECT_TRUE(wasGivenUp(scene.fs(), file)) << file << " stays and nobody tried to remove it";
 }
 
 void expectHeld(Scene& scene)

@@ -219,6 +219,23 @@ TEST_F(WriterBusy, AReleaseWithoutLimitWaitsForTheAcquire)
     expectReleaseWaits();
 }
 
+TEST_F(WriterBusy, ADowngradeWithoutLimitWaitsForTheAcquire)
+{
+    std::atomic<bool> reads{false};
+    std::atomic<bool> returned{false};
+    boost::thread other([&] {
+        const ReadLock reader = m_lock.downgrade();
+        returned = true;
+        reads = reader.isAcquired();
+    });
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    EXPECT_FALSE(returned);
+    EXPECT_TRUE(m_holder.release());
+    other.join();
+    EXPECT_TRUE(reads);
+    EXPECT_FALSE(m_lock.isAcquired());
+}
+
 TEST_F(ReaderBusy, ASecondAcquireIsFalse)
 {
     expectSecondAcquireIsFalse();

@@ -118,6 +118,25 @@ TEST(ReadWriteErrors, ARefreshThatCannotBeStartedLeavesAsItIs)
     expectIdle(writers);
 }
 
+/// Nobody can tell whether the lock file has removed itself; by now the name
+/// may be somebody else's. The file goes stale.
+TEST(ReadWriteErrors, OutOfMemoryAFileIsLeftToGoStale)
+{
+    ReadWriteScene readers;
+    readers.before("refresh own1", 1, [] { throw std::bad_alloc(); });
+    EXPECT_THROW(readers.reader().tryAcquire(false), std::bad_alloc);
+    EXPECT_EQ(0u, readers.countOf("remove own1"));
+    EXPECT_THAT(readers.shortFiles(), testing::ElementsAre("own1"));
+    ReadWriteScene writers;
+    writers.before("refresh W", 1, [&] {
+        writers.addWriter();
+        throw std::bad_alloc();
+    });
+    EXPECT_THROW(writers.writer().tryAcquire(false), std::bad_alloc);
+    EXPECT_EQ(0u, writers.countOf("remove W"));
+    EXPECT_THAT(writers.shortFiles(), testing::ElementsAre("W"));
+}
+
 TEST(ReadWriteErrors, ARefreshOfTheGuardThatCannotBeStartedLeavesAsItIs)
 {
     for (const bool writes : {false, true}) {
