@@ -21,10 +21,12 @@ struct DirectorySearch::State
     State(const std::string& directory, const std::string& pattern)
         : component(pattern), stream(nullptr), single(false), code(0)
     {
-        if (posix::hasWildcards(pattern.c_str()))
-            stream = opendir(directory.c_str());
+        const bool isListed = posix::hasWildcards(pattern.c_str());
+        const std::string path = isListed ? directory : directory + component;
+        if (isListed)
+            stream = opendir(path.c_str());
         else
-            single = exists(directory + component);
+            single = exists(path);
         if (!stream && !single)
             code = errno;
     }
