@@ -75,7 +75,7 @@ bool zvDirectoryReadWriteLock::ReadLock::Impl::mayEnter(const boost::posix_time:
     const zvPathString writer = writeLockName();
     if (!fs->anyMatch(writer.c_str()))
         return true;
-    if (!isStaleIfThere(writer.c_str(), STALE_TIMEOUT_SEC, deadline))
+    if (judge(writer.c_str(), STALE_TIMEOUT_SEC, deadline) != Verdict::stale)
         return false;
     fs->removeFile(writer, boost::posix_time::seconds(1));
     return true;

@@ -100,12 +100,12 @@ bool ReadWriteHold::isAcquired()
     return count > 0;
 }
 
-bool ReadWriteHold::isStaleIfThere(const char* name, int staleSeconds, const ptime& deadline)
+ReadWriteHold::Verdict ReadWriteHold::judge(const char* name, int staleSeconds, const ptime& deadline)
 {
     try {
-        return isStale(name, staleSeconds, deadline);
+        return isStale(name, staleSeconds, deadline) ? Verdict::stale : Verdict::fresh;
     } catch (const zvFileNotFoundError&) {
-        return false;
+        return Verdict::vanished;
     }
 }
 

@@ -55,24 +55,45 @@ bool zvDirectoryReadWriteLock::WriteLock::isAcquired() const
 
 /// Clears what the dead have left, then looks whether anybody is there. No
 /// mark tells that a writer waits, so readers who come meanwhile are let in.
+///
+/// A writer needs no guard to become a reader. Who does so after the look for
+/// readers and before the one for the writer is seen by neither; but then its
+/// writer's file was there when the dead were cleared, and only then is a third
+/// look needed.
 bool zvDirectoryReadWriteLock::WriteLock::Impl::mayEnter(const boost::posix_time::ptime& deadline)
 {
     const zvPathString readers = readLockPattern();
     const zvPathString writer = writeLockName();
-    const auto remove = [&](const char* name) { removeLockFileIfStale(name, STALE_TIMEOUT_SEC, deadline); };
-    const zvStringProcedureAdapter<decltype(remove)> removeIfStale(remove);
-    const zvIgnoreString ignore;
-    fs->findMatchingFilesAndDirs(readers.c_str(), removeIfStale, ignore, 0, false);
-    fs->findMatchingFilesAndDirs(writer.c_str(), removeIfStale, ignore, 0, false);
-    return !fs->anyMatch(readers.c_str()) && !fs->anyMatch(writer.c_str());
+    clearStale(readers, deadline);
+    const bool writerWasThere = clearStale(writer, deadline);
+    if (fs->anyMatch(readers.c_str()) || fs->anyMatch(writer.c_str()))
+        return false;
+    return !writerWasThere || !fs->anyMatch(readers.c_str());
+}
+
+/// Removes what a pattern matches and is stale; whether something is fresh.
+bool zvDirectoryReadWriteLock::WriteLock::Impl::clearStale(const zvPathString& pattern,
+                                                           const boost::posix_time::ptime& deadline)
+{
+    bool isFresh = false;
+    const auto look = [&](const char* name) {
+        if (removeLockFileIfStale(name, STALE_TIMEOUT_SEC, deadline) == Verdict::fresh)
+            isFresh = true;
+    };
+    const zvStringProcedureAdapter<decltype(look)> onFile(look);
+    fs->findMatchingFilesAndDirs(pattern.c_str(), onFile, zvIgnoreString(), 0, false);
+    return isFresh;
 }
 
 /// Whether the removal succeeds is not looked at: the next look tells.
-void zvDirectoryReadWriteLock::WriteLock::Impl::removeLockFileIfStale(const char* name, int staleSeconds,
-                                                                      const boost::posix_time::ptime& deadline)
+zvDirectoryReadWriteLock::WriteLock::Impl::Verdict
+zvDirectoryReadWriteLock::WriteLock::Impl::removeLockFileIfStale(const char* name, int staleSeconds,
+                                                                 const boost::posix_time::ptime& deadline)
 {
-    if (isStaleIfThere(name, staleSeconds, deadline))
+    const Verdict verdict = judge(name, staleSeconds, deadline);
+    if (verdict == Verdict::stale)
         fs->removeFileUntil(name, deadline);
+    return verdict;
 }
 
 /// The file is not created exclusively: it comes into being by its first

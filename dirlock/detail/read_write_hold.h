@@ -31,17 +31,23 @@ public:
     bool isAcquired();
 
 protected:
-    /// One look, under the guard.
+    /// One look, under the guard if it came.
     virtual bool mayEnter(const boost::posix_time::ptime& deadline) = 0;
 
-    /// Makes the file that marks the directory, under the guard; empty when
-    /// there is none to be had.
+    /// Makes the file that marks the directory, under the guard if it came;
+    /// empty when there is none to be had.
     virtual boost::shared_ptr<zvLockFile> mark(const boost::posix_time::time_duration& interval) = 0;
 
-    /// The staleness of a file that may vanish meanwhile: its holder needs no
-    /// guard to release it. What has vanished is not stale, and the next look
-    /// does not find it.
-    bool isStaleIfThere(const char* name, int staleSeconds, const boost::posix_time::ptime& deadline);
+    enum class Verdict
+    {
+        fresh,
+        stale,
+        vanished,
+    };
+
+    /// Judges a file that may vanish meanwhile: its holder needs no guard to
+    /// release it.
+    Verdict judge(const char* name, int staleSeconds, const boost::posix_time::ptime& deadline);
 
     zvPathString writeLockName() const;
     zvPathString readLockPattern() const;

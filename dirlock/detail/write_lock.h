@@ -15,5 +15,6 @@ private:
     bool mayEnter(const boost::posix_time::ptime& deadline) override;
     boost::shared_ptr<zvLockFile> mark(const boost::posix_time::time_duration& interval) override;
 
-    void removeLockFileIfStale(const char* name, int staleSeconds, const boost::posix_time::ptime& deadline);
+    bool clearStale(const zvPathString& pattern, const boost::posix_time::ptime& deadline);
+    Verdict removeLockFileIfStale(const char* name, int staleSeconds, const boost::posix_time::ptime& deadline);
 };
