@@ -1,6 +1,9 @@
 #include "tests/multiprocess/fleet.h"
 
+#include <algorithm>
 #include <cstdlib>
+#include <iostream>
+#include <sstream>
 #include <stdexcept>
 
 namespace zorvel {
@@ -41,24 +44,22 @@ std::vector<Launcher> launchers()
 
 namespace {
 
-std::vector<std::string> commandLine(const Launcher& launcher, const std::string& directory, int id, int holds,
-                                     int holdMsec)
+std::vector<std::string> commandLine(const Launcher& launcher, const std::string& directory, int id, const Part& part,
+                                     int victim)
 {
     std::vector<std::string> command = launcher;
+    command.push_back(part.role);
     command.push_back(directory);
-    command.push_back(std::to_string(id));
-    command.push_back(std::to_string(holds));
-    command.push_back(std::to_string(holdMsec));
+    for (const int number : {id, part.holds, part.holdMsec, part.pauseMsec, victim})
+        command.push_back(std::to_string(number));
     return command;
 }
 
 }  // namespace
 
-Worker::Worker(const Launcher& launcher, const std::string& directory, int id, int holds, int holdMsec)
-    : m_process(commandLine(launcher, directory, id, holds, holdMsec)),
-      m_ready(0),
-      m_waiting(0),
-      m_held(0),
+Worker::Worker(const Launcher& launcher, const std::string& directory, int id, const Part& part, int victim)
+    : m_id(id),
+      m_process(commandLine(launcher, directory, id, part, victim)),
       m_ended(false),
       m_reader([this] { read(); })
 {
@@ -77,12 +78,7 @@ void Worker::read()
     std::string line;
     while (m_process.readLine(line)) {
         const boost::lock_guard<boost::mutex> lock(m_mutex);
-        if (line == "ready")
-            ++m_ready;
-        else if (line == "waiting")
-            ++m_waiting;
-        else if (line == "held")
-            ++m_held;
+        note(line);
         m_changed.notify_all();
     }
     const boost::lock_guard<boost::mutex> lock(m_mutex);
@@ -90,32 +86,44 @@ void Worker::read()
     m_changed.notify_all();
 }
 
-bool Worker::waitFor(const std::atomic<int>& counter, int times)
+void Worker::note(const std::string& line)
+{
+    std::istringstream words(line);
+    std::string first;
+    words >> first;
+    ++m_said[first];
+    Mark mark = Mark();
+    mark.worker = m_id;
+    if (first == "mark" && words >> mark.number >> mark.event)
+        m_marks.push_back(mark);
+    else if (first == "wrong:")
+        m_complaints.push_back("worker " + std::to_string(m_id) + ' ' + line);
+}
+
+bool Worker::waitSaid(const std::string& word, int times)
 {
     boost::unique_lock<boost::mutex> lock(m_mutex);
-    m_changed.wait(lock, [&] { return counter >= times || m_ended; });
-    return counter >= times;
+    const int& said = m_said[word];
+    m_changed.wait(lock, [&] { return said >= times || m_ended; });
+    return said >= times;
+}
+
+int Worker::said(const std::string& word) const
+{
+    const boost::lock_guard<boost::mutex> lock(m_mutex);
+    const auto found = m_said.find(word);
+    return found == m_said.end() ? 0 : found->second;
 }
 
 void Worker::waitReady()
 {
-    if (!waitFor(m_ready, 1))
+    if (!waitSaid("ready", 1))
         throw std::runtime_error("a worker ended before it was ready");
 }
 
 void Worker::go()
 {
     m_process.writeLine("go");
-}
-
-bool Worker::waitHeld(int times)
-{
-    return waitFor(m_held, times);
-}
-
-bool Worker::waitWaiting(int times)
-{
-    return waitFor(m_waiting, times);
 }
 
 void Worker::kill()
@@ -126,14 +134,24 @@ void Worker::kill()
 int Worker::finish()
 {
     m_reader.join();
-    return m_process.finish();
+    std::string errors;
+    const int status = m_process.finish(nullptr, &errors);
+    if (!errors.empty())
+        std::cerr << "worker " << m_id << ": " << errors;
+    return status;
 }
 
 Fleet::Fleet(const std::string& directory, int size, int holds, int holdMsec)
+    : Fleet(directory, std::vector<Part>(size, Part{"exclusive", holds, holdMsec, 0}))
+{
+}
+
+Fleet::Fleet(const std::string& directory, const std::vector<Part>& parts, int victim)
 {
     const std::vector<Launcher> kinds = launchers();
-    for (int i = 0; i < size; ++i)
-        m_workers.emplace_back(new Worker(kinds[i % kinds.size()], directory, i, holds, holdMsec));
+    for (std::size_t i = 0; i < parts.size(); ++i)
+        m_workers.emplace_back(
+            new Worker(kinds[i % kinds.size()], directory, static_cast<int>(i), parts[i], victim));
 }
 
 void Fleet::waitReady()
@@ -150,10 +168,31 @@ void Fleet::go()
 
 int Fleet::held() const
 {
+    return said("held");
+}
+
+int Fleet::said(const std::string& word) const
+{
     int sum = 0;
     for (const auto& worker : m_workers)
-        sum += worker->held();
+        sum += worker->said(word);
     return sum;
+}
+
+std::vector<Mark> Fleet::marks() const
+{
+    std::vector<Mark> all;
+    for (const auto& worker : m_workers)
+        all.insert(all.end(), worker->marks().begin(), worker->marks().end());
+    return all;
+}
+
+std::vector<std::string> Fleet::complaints() const
+{
+    std::vector<std::string> all;
+    for (const auto& worker : m_workers)
+        all.insert(all.end(), worker->complaints().begin(), worker->complaints().end());
+    return all;
 }
 
 }  // namespace test

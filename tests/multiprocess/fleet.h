@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tests/multiprocess/holds.h"
 #include "tests/support/process.h"
 
 #include <boost/thread/mutex.hpp>
@@ -7,6 +8,7 @@
 
 #include <atomic>
 #include <chrono>
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -22,37 +24,55 @@ typedef std::vector<std::string> Launcher;
 /// A fleet takes them in turn.
 std::vector<Launcher> launchers();
 
+/// What one worker does: its role (see contender.h), how often it takes the
+/// directory, and how long it stays inside and, on average, outside.
+struct Part
+{
+    std::string role;
+    int holds;
+    int holdMsec;
+    int pauseMsec;
+};
+
 /// A running lock_worker, whose output is read as it comes.
 class Worker
 {
 public:
-    Worker(const Launcher& launcher, const std::string& directory, int id, int holds, int holdMsec);
+    Worker(const Launcher& launcher, const std::string& directory, int id, const Part& part, int victim);
     ~Worker();
 
     void waitReady();
     void go();
     /// Waits until it has said "held" this many times; false when it ended
     /// before.
-    bool waitHeld(int times);
-    bool waitWaiting(int times);
+    bool waitHeld(int times) { return waitSaid("held", times); }
+    bool waitWaiting(int times) { return waitSaid("waiting", times); }
+    /// The same for any first word of a line.
+    bool waitSaid(const std::string& word, int times);
     void kill();
 
     /// Waits for the end; 0 when all was well.
     int finish();
 
-    int held() const { return m_held; }
+    int held() const { return said("held"); }
+    int said(const std::string& word) const;
     bool running() const { return !m_ended; }
+
+    /// Once it has ended: its marks, and what it found wrong.
+    const std::vector<Mark>& marks() const { return m_marks; }
+    const std::vector<std::string>& complaints() const { return m_complaints; }
 
 private:
     void read();
-    bool waitFor(const std::atomic<int>& counter, int times);
+    void note(const std::string& line);
 
+    const int m_id;
     Process m_process;
-    std::atomic<int> m_ready;
-    std::atomic<int> m_waiting;
-    std::atomic<int> m_held;
+    std::map<std::string, int> m_said;
+    std::vector<Mark> m_marks;
+    std::vector<std::string> m_complaints;
     std::atomic<bool> m_ended;
-    boost::mutex m_mutex;
+    mutable boost::mutex m_mutex;
     boost::condition_variable m_changed;
     boost::thread m_reader;
 };
@@ -61,7 +81,11 @@ private:
 class Fleet
 {
 public:
+    /// For the exclusive lock.
     Fleet(const std::string& directory, int size, int holds, int holdMsec);
+    /// One worker for each part. `victim` is the one that is going to be
+    /// killed, whose traces the others are prepared for.
+    Fleet(const std::string& directory, const std::vector<Part>& parts, int victim = -1);
 
     Worker& operator[](int index) { return *m_workers[index]; }
     const Worker& worker(int index) const { return *m_workers[index]; }
@@ -71,6 +95,12 @@ public:
     void go();
     /// Holds of all together.
     int held() const;
+    /// How often all together have said a word.
+    int said(const std::string& word) const;
+
+    /// Of all together, once they have ended.
+    std::vector<Mark> marks() const;
+    std::vector<std::string> complaints() const;
 
 private:
     std::vector<std::unique_ptr<Worker>> m_workers;

@@ -1,92 +1,85 @@
 /// One contender for a directory, as a program of its own on the shared
 /// library:
 ///
-///   lock_worker DIRECTORY ID HOLDS HOLD_MSEC
+///   lock_worker ROLE DIRECTORY ID HOLDS HOLD_MSEC PAUSE_MSEC VICTIM
 ///
 /// It says "ready", waits for a line of input, takes the directory HOLDS times
-/// and says "waiting", "held" and "free" as it goes, then "done". Inside, it
-/// proves that it is alone by creating a directory that must not exist: the
-/// system lets one creator win, whatever the library under test does.
+/// in its role (see contender.h) and says "waiting", "held" and "free" as it
+/// goes, then "done". Numbers of milliseconds are what it stays inside and, on
+/// average, outside. VICTIM is the ID of a worker that the test kills, or -1.
 
-#include <zorvel/zorvel.h>
+#include "tests/multiprocess/contender.h"
 
-#include <chrono>
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <iostream>
-#include <string>
+#include <random>
+#include <stdexcept>
 #include <thread>
+
+namespace zorvel {
+namespace test {
+
+void say(const std::string& line)
+{
+    std::cout << line << std::endl;
+}
+
+std::unique_ptr<Contender> makeContender(const Task& task)
+{
+    if (task.role == "exclusive")
+        return makeExclusiveContender(task);
+    std::unique_ptr<Contender> contender = makeReadWriteContender(task);
+    if (!contender)
+        throw std::invalid_argument("no such role: " + task.role);
+    return contender;
+}
+
+}  // namespace test
+}  // namespace zorvel
 
 namespace {
 
-const int overlapFound = 3;
-const int notAcquired = 4;
+using namespace zorvel::test;
 
-void say(const char* word)
+int run(const Task& task, int holds)
 {
-    std::cout << word << std::endl;
-}
-
-class Contender
-{
-public:
-    Contender(const std::string& directory, const std::string& id)
-        : m_id(id), m_directory(directory), m_lock(directory, id, zvGetDefaultFSImp())
-    {
-    }
-
-    /// Takes the directory once; the exit status when something is wrong.
-    int hold(std::chrono::milliseconds duration)
-    {
-        say("waiting");
-        if (!m_lock.acquire(false))
-            return notAcquired;
-        const std::filesystem::path mark = m_directory / "inside";
-        if (!std::filesystem::create_directory(mark))
-            return overlapFound;
-        say("held");
-        std::this_thread::sleep_for(duration);
-        writeTurn();
-        std::filesystem::remove(mark);
-        if (!m_lock.release())
-            return notAcquired;
-        say("free");
-        return 0;
-    }
-
-private:
-    /// The order of all holds; a reader of it sees who overtook whom.
-    void writeTurn() const { std::ofstream(m_directory / "turns", std::ios::app) << m_id << '\n'; }
-
-    const std::string m_id;
-    const std::filesystem::path m_directory;
-    zvDirectoryExclusiveLock m_lock;
-};
-
-int run(const std::string& directory, const std::string& id, int holds, std::chrono::milliseconds duration)
-{
-    Contender contender(directory, id);
+    const std::unique_ptr<Contender> contender = makeContender(task);
+    std::mt19937 random(task.id);
     say("ready");
     std::string go;
     std::getline(std::cin, go);
-    for (int i = 0; i < holds; ++i)
-        if (const int status = contender.hold(duration))
+    for (int i = 0; i < holds; ++i) {
+        if (const int status = contender->hold())
             return status;
+        if (task.pause.count() > 0)
+            std::this_thread::sleep_for(std::chrono::milliseconds(random() % (2 * task.pause.count())));
+    }
     say("done");
-    return 0;
+    return contender->verdict();
+}
+
+Task taskOf(char** arguments)
+{
+    Task task;
+    task.role = arguments[1];
+    task.directory = arguments[2];
+    task.id = std::atoi(arguments[3]);
+    task.hold = std::chrono::milliseconds(std::atoi(arguments[5]));
+    task.pause = std::chrono::milliseconds(std::atoi(arguments[6]));
+    task.victim = std::atoi(arguments[7]);
+    return task;
 }
 
 }  // namespace
 
 int main(int argc, char** argv)
 {
-    if (argc != 5) {
-        std::cerr << "usage: lock_worker DIRECTORY ID HOLDS HOLD_MSEC\n";
+    if (argc != 8) {
+        std::cerr << "usage: lock_worker ROLE DIRECTORY ID HOLDS HOLD_MSEC PAUSE_MSEC VICTIM\n";
         return 2;
     }
     try {
-        return run(argv[1], argv[2], std::atoi(argv[3]), std::chrono::milliseconds(std::atoi(argv[4])));
+        return run(taskOf(argv), std::atoi(argv[4]));
     } catch (const std::exception& error) {
         std::cerr << error.what() << std::endl;
         return 1;

@@ -9,7 +9,12 @@ namespace test {
 
 namespace {
 
-const char lockFilePrefix[] = ".deploy_lock.";
+/// No worker's number.
+const int nobody = 1000;
+/// Lock files of more than that are stale to the library.
+const long long secondsStale = 30;
+const long secondsAged = 40;
+const char lockFilePrefix[] = ".deploy_";
 
 bool isLockFile(const std::string& name)
 {
@@ -23,6 +28,21 @@ std::string Scene::directory() const
     std::string path = m_tree.root();
     std::replace(path.begin(), path.end(), '\\', '/');
     return path;
+}
+
+void Scene::writeFirstRelease() const
+{
+    const std::vector<std::string> files = releaseFiles(0, nobody);
+    for (int i = 0; i < releaseSize; ++i)
+        m_tree.file("release." + std::to_string(i), files[i]);
+}
+
+Look Scene::release() const
+{
+    std::vector<std::string> files;
+    for (int i = 0; i < releaseSize; ++i)
+        files.push_back(m_tree.content("release." + std::to_string(i)));
+    return judge(files, numbersIn(m_tree.names(), "writing"));
 }
 
 std::vector<std::string> Scene::lockFiles() const
@@ -41,9 +61,9 @@ int Scene::ageAbandoned() const
     int aged = 0;
     for (const std::string& name : lockFiles()) {
         const long long age = now - m_tree.modificationTime(name);
-        if (age < 3 || age > 30)
+        if (age < 3 || age > secondsStale)
             continue;
-        m_tree.age(name, -40);
+        m_tree.age(name, -secondsAged);
         ++aged;
     }
     return aged;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tests/multiprocess/release_set.h"
 #include "tests/support/temporary_tree.h"
 
 #include <string>
@@ -14,6 +15,12 @@ class Scene
 public:
     /// With '/', which every program on every system understands.
     std::string directory() const;
+
+    /// A release of generation 0, by nobody. This and release() open files in a
+    /// way that no child inherits: another thread may be starting one, which
+    /// would hold them open.
+    void writeFirstRelease() const;
+    Look release() const;
 
     /// Lock files that are there now.
     std::vector<std::string> lockFiles() const;

@@ -15,7 +15,7 @@ const int holdsEach = 200;
 }  // namespace
 
 /// Every worker ends with a status of its own when it finds somebody else
-/// inside (see lock_worker.cpp).
+/// inside (see contender.h).
 TEST(TakeTurns, EightProcessesAreNeverInsideTogetherAndNobodyStarves)
 {
     const Scene scene;

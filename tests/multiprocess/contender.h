@@ -1,0 +1,57 @@
+#pragma once
+
+#include <chrono>
+#include <memory>
+#include <string>
+
+/// The parts that a lock_worker can play. Each says on its output what it does
+/// as it goes, one word first; everything else is left to those who listen.
+namespace zorvel {
+namespace test {
+
+/// The status of a worker that was not given its lock.
+const int notAcquired = 4;
+/// The status of a worker that found somebody else inside, or a release that
+/// was not whole. It has said "wrong:" and what it saw.
+const int wrongFound = 3;
+
+struct Task
+{
+    /// "exclusive": takes the exclusive lock. "reader", "writer", "downgrader"
+    /// (a writer that becomes a reader of its own release): the read-write
+    /// lock. "unlocked-reader", "unlocked-writer": take no lock at all.
+    std::string role;
+    std::string directory;
+    int id;
+    std::chrono::milliseconds hold;
+    /// Between two holds on average.
+    std::chrono::milliseconds pause;
+    /// Whose release may stay half written because it is going to be killed;
+    /// -1 for nobody.
+    int victim;
+};
+
+class Contender
+{
+public:
+    virtual ~Contender() {}
+
+    /// Takes the directory once and gives it back; 0, or the exit status of a
+    /// worker that cannot go on.
+    virtual int hold() = 0;
+
+    /// 0, or what the worker ends with in spite of its having gone on.
+    virtual int verdict() const { return 0; }
+};
+
+void say(const std::string& line);
+
+/// Throws std::invalid_argument for a role that does not exist.
+std::unique_ptr<Contender> makeContender(const Task& task);
+
+std::unique_ptr<Contender> makeExclusiveContender(const Task& task);
+/// Empty for another role.
+std::unique_ptr<Contender> makeReadWriteContender(const Task& task);
+
+}  // namespace test
+}  // namespace zorvel
