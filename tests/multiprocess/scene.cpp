@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <ctime>
+#include <exception>
 #include <sstream>
 
 namespace zorvel {
@@ -67,6 +68,48 @@ int Scene::ageAbandoned() const
         ++aged;
     }
     return aged;
+}
+
+std::vector<std::string> Scene::ageTracesOf(int worker, long long killed) const
+{
+    std::vector<std::string> traces;
+    for (const std::string& name : lockFiles())
+        if (!touchedAfter(name, killed) && !aged(name))
+            traces.push_back(name);
+    const std::string reading = "reading." + std::to_string(worker);
+    if (m_tree.exists(reading))
+        m_tree.removeDirectory(reading);
+    // Whoever has the directory as a writer now is the dead one.
+    if (std::count(traces.begin(), traces.end(), ".deploy_write_lock") > 0 && m_tree.exists("inside"))
+        m_tree.removeDirectory("inside");
+    for (const std::string& name : traces)
+        m_tree.age(name, -secondsAged);
+    return traces;
+}
+
+bool Scene::aged(const std::string& name) const
+{
+    return !touchedAfter(name, static_cast<long long>(std::time(nullptr)) - secondsStale);
+}
+
+std::vector<std::string> Scene::lockFilesTouchedAfter(long long since) const
+{
+    std::vector<std::string> names = lockFiles();
+    names.erase(std::remove_if(names.begin(), names.end(),
+                               [&](const std::string& name) { return !touchedAfter(name, since); }),
+                names.end());
+    return names;
+}
+
+/// A file that cannot be asked has just gone, and its name may be another's
+/// already, as in a queue that moves: whoever did that lives.
+bool Scene::touchedAfter(const std::string& name, long long since) const
+{
+    try {
+        return m_tree.modificationTime(name) > since;
+    } catch (const std::exception&) {
+        return true;
+    }
 }
 
 std::vector<int> Scene::turns() const

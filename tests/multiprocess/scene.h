@@ -32,12 +32,26 @@ public:
     /// the number of files aged.
     int ageAbandoned() const;
 
+    /// Makes every lock file stale that nobody has refreshed since `killed`
+    /// (seconds since 1970-01-01 UTC, three or more ago), and takes away first
+    /// what that worker showed of itself inside. The others may go on
+    /// meanwhile. Returns the names of the files aged.
+    std::vector<std::string> ageTracesOf(int worker, long long killed) const;
+
+    /// Whether a file was made stale by one of these and not touched since.
+    bool aged(const std::string& name) const;
+
+    /// Lock files that were touched after `since`.
+    std::vector<std::string> lockFilesTouchedAfter(long long since) const;
+
     /// Who held, in order.
     std::vector<int> turns() const;
 
     const TemporaryTree& tree() const { return m_tree; }
 
 private:
+    bool touchedAfter(const std::string& name, long long since) const;
+
     TemporaryTree m_tree;
 };
 
