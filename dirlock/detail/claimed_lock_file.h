@@ -16,7 +16,8 @@ boost::shared_ptr<zvLockFile> makeLockFile(const std::string& name,
                                            const boost::shared_ptr<zvAbstractFS>& fs);
 
 /// The same for a file that this process has claimed: on an exception the file
-/// goes before the exception leaves.
+/// goes before the exception leaves (except when memory is exhausted: it is then
+/// unknown whether it has gone already).
 boost::shared_ptr<zvLockFile> makeClaimedLockFile(const std::string& name,
                                                   const boost::posix_time::time_duration& interval,
                                                   const boost::shared_ptr<zvAbstractFS>& fs);

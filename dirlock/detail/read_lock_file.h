@@ -23,7 +23,8 @@ std::pair<bool, zvPathString> createUniqueReadLockFile(const zvPathString& direc
                                                        UniqueNumbers& numbers, std::uint32_t attempts);
 
 /// A reader's file of this process, held: empty when every number was taken.
-/// On an exception no file stays.
+/// On an exception no file stays, unless its removal fails or memory is
+/// exhausted.
 boost::shared_ptr<zvLockFile> makeReadLockFile(const zvPathString& directory,
                                                const boost::posix_time::time_duration& interval,
                                                const boost::shared_ptr<zvAbstractFS>& fs);

@@ -24,6 +24,9 @@
 /// The directory must exist. Its spelling is kept as given: all who lock it
 /// must reach the same directory by it.
 ///
+/// After a fork the child must not destroy or use the lock (only exec or
+/// _exit). Release before the library is unloaded: a refresh runs its code.
+///
 /// Timeouts are durations from now; zero, a negative one, negative infinity
 /// and not-a-date-time mean "try", positive infinity means without limit.
 class ZORVEL_API zvDirectoryExclusiveLock
@@ -84,7 +87,8 @@ public:
     bool release(const boost::posix_time::time_duration& timeout);
     bool release();
 
-    /// Whether the object holds the directory. Does not wait.
+    /// Whether the object holds the directory. Does not wait, and does not look
+    /// at the disk: a hold that was lost to others still counts.
     bool isAcquired() const;
 
     /// The standard lockable: acquire and release without limit, tryAcquire;
@@ -136,7 +140,11 @@ private:
 /// This object only remembers the directory and the file system, and hands out
 /// locks. Copies are independent; const members may be called from any thread.
 ///
-/// The directory must exist, be listable and writable; its path is normalised.
+/// The directory must exist, be listable and writable. Its path is normalised,
+/// which drops blanks at its ends. There is no upgrade: a reader that acquires
+/// the write lock of the same directory waits for itself. fork and unloading:
+/// as with zvDirectoryExclusiveLock.
+///
 /// Timeouts are durations from now; zero, a negative one, negative infinity
 /// and not-a-date-time mean "try", positive infinity means without limit.
 class ZORVEL_API zvDirectoryReadWriteLock
@@ -174,13 +182,19 @@ public:
         /// already (it does not count, unlike the exclusive lock), or another
         /// thread was busy with it for `timeout`. Failures of the file system
         /// leave as the family of zvFileBasedLockError, as from
-        /// zvDirectoryExclusiveLock::acquire; boost::thread_interrupted leaves
-        /// when the waiting thread is interrupted. Nothing stays on disk then.
+        /// zvDirectoryExclusiveLock::acquire; zvNoSuchDirectory also for an
+        /// empty directory and one with a NUL in it, zvFileAccessError also for
+        /// one that no pattern can search ('*' in its path, or more than some
+        /// 1000 bytes). boost::thread_interrupted leaves when the waiting thread
+        /// is interrupted (not while it waits for another thread's turn at this
+        /// lock). No exception leaves a file behind, unless its removal fails as
+        /// well or memory is exhausted; it then goes stale.
         ///
         /// At its deadline a reader that could not have the guard in time still
         /// looks for a writer and goes on without it. If a writer looks for
         /// readers at that same moment, both go on. Who must exclude that
-        /// acquires without limit (and interrupts the thread to give up).
+        /// acquires without limit (and interrupts the thread to give up), or
+        /// uses a gate: see docs/locking.md.
         bool acquire(const boost::posix_time::time_duration& timeout, bool skipRefresh);
 
         /// acquire without limit.
@@ -194,7 +208,8 @@ public:
         bool release(const boost::posix_time::time_duration& timeout);
         bool release();
 
-        /// Whether the hold lasts. Waits for a thread that is in acquire.
+        /// Whether it is held. Waits for a thread that is in acquire. Does not
+        /// look at the disk: a hold that was lost to others still counts.
         bool isAcquired() const;
 
     private:
@@ -238,7 +253,8 @@ public:
         /// A result that is not acquired says that this lock was not held, that
         /// another thread was busy with it for `timeout`, or that no reader's
         /// file could be made; this lock is then as it was. So it is when a
-        /// failure of the file system leaves as a member of the family.
+        /// failure of the file system leaves as a member of the family, or
+        /// boost::thread_interrupted when the thread is interrupted.
         ReadLock downgrade(const boost::posix_time::time_duration& timeout);
         ReadLock downgrade();
         ReadLock tryDowngrade();
