@@ -62,6 +62,16 @@ protected:
         m_waiter.join();
     }
 
+    /// The file of compared clocks comes and goes.
+    Names levels() const
+    {
+        Names names;
+        for (const std::string& name : m_tree.names())
+            if (name.find(".deploy_lock.") == 0)
+                names.push_back(name);
+        return names;
+    }
+
     boost::thread m_waiter;
     std::atomic<bool> m_acquired{false};
     std::atomic<bool> m_interrupted{false};
@@ -75,7 +85,7 @@ TEST_F(ContentionBusy, AnotherThreadIsBoundedByItsOwnTimeout)
     const auto waited = std::chrono::steady_clock::now() - begin;
     EXPECT_GE(waited, std::chrono::milliseconds(90));
     EXPECT_LT(waited, std::chrono::seconds(15));
-    EXPECT_EQ((Names{".deploy_lock.0", ".deploy_lock.1"}), m_tree.names());
+    EXPECT_EQ((Names{".deploy_lock.0", ".deploy_lock.1"}), levels());
 }
 
 TEST_F(ContentionBusy, AnotherThreadWithoutTimeDoesNotWait)
@@ -89,7 +99,7 @@ TEST_F(ContentionBusy, AnotherThreadWithoutTimeDoesNotWait)
     EXPECT_FALSE(m_lock->tryAcquire(true));
     EXPECT_FALSE(m_lock->try_lock());
     EXPECT_FALSE(m_lock->noRefresh().try_lock());
-    EXPECT_EQ((Names{".deploy_lock.0", ".deploy_lock.1"}), m_tree.names());
+    EXPECT_EQ((Names{".deploy_lock.0", ".deploy_lock.1"}), levels());
 }
 
 TEST_F(ContentionBusy, IsAcquiredDoesNotWait)
