@@ -10,18 +10,24 @@ const char* const usage = R"(Usage:
   zvlock --status DIRECTORY
 )";
 
-const char* const explanation = R"(Kinds of lock:
+const char* const explanation = R"(Examples:
+  zvlock /srv/site -- ./deploy "release 7"
+  zvlock --read --timeout 10 /srv/site -- ./check-links /srv/site
+  zvlock --status /srv/site
+
+Kinds of lock:
   --read and --write belong together: many readers at a time, or one writer.
   Readers that come while a writer waits are let in before it.
-  --exclusive is a lock of its own: one holder at a time, in the order in which
-  they came.
-  Do not use both on one directory. The guard under which readers and writers
-  come in is the exclusive lock, so its holder keeps them out; but a reader or
-  writer that is in already does not keep an exclusive holder out.
+  --exclusive is a lock of its own: one holder at a time, roughly in the order in
+  which they came.
+  Do not mix --exclusive with --read or --write on one directory. The guard under
+  which readers and writers come in is the exclusive lock, so its holder keeps
+  them out; but a reader or writer that is in already does not keep an exclusive
+  holder out.
 
 Waiting:
-  A --timeout below 1 second counts as 1 second for --read and --write; for
-  --exclusive 0 takes a free directory and waits for nobody.
+  SECONDS may have a fraction. Below 1 they count as 1 for --read and --write.
+  For --exclusive, 0 takes a free directory and waits for nobody.
   A signal that comes while zvlock waits ends it; the command is not run.
 
 The command:
@@ -42,12 +48,14 @@ Exit status:
   --status ends with 0, also when there are no lock files, or with 125.
 
 Status:
-  One line for each lock file: exclusive (the holder, level 0), queued (for the
-  exclusive lock, by level), writer, reader; when it was last refreshed, by the
-  clock of the file server; and whether a lock would take it for that of a dead
-  process (stale, not refreshed for 30 seconds). --read and --write take the
-  exclusive lock for a moment each time they look. The directory must be
-  writable: the server's clock is read from a file made for that moment.
+  One line for each lock file. KIND: exclusive (the holder), queued (for the
+  exclusive lock), writer, reader. NUMBER: the level, or the number in a reader's
+  name. AGE: since it was last refreshed, by the clock of the file server. STATE:
+  whether a lock would take it for that of a dead process (stale: not refreshed
+  for 30 seconds). A reader or writer that waits has no line of its own: it takes
+  the exclusive lock for a moment each time it looks, and queues for it. The
+  directory must be writable: the server's clock is read from a file made for
+  that moment.
 
 When zvlock itself is killed:
   Its lock file stays, and others take over 30 seconds later. Linux: the command

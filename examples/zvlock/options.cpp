@@ -52,11 +52,19 @@ struct Answers
     double seconds = -1;
 };
 
+/// Whoever is used to other programs forgets the "--".
+std::string complaint(const CLI::App* app, const CLI::Error& error)
+{
+    const bool isExtra = error.get_exit_code() == static_cast<int>(CLI::ExitCodes::ExtrasError);
+    return "zvlock: " + CLI::FailureMessage::simple(app, error) + (isExtra ? "A command stands behind \"--\".\n" : "");
+}
+
 void declare(CLI::App& app, Options& options, Answers& answers)
 {
     app.formatter(std::make_shared<Help>());
     app.footer(explanation);
     app.allow_windows_style_options(false);
+    app.failure_message(complaint);
     app.add_option("DIRECTORY", options.directory, "The directory to be locked; it must exist and be writable")
         ->required();
     CLI::Option* const read = app.add_flag("--read", answers.read, "Share the directory with other readers");
@@ -80,7 +88,20 @@ void check(const Options& options, const Answers& answers)
     if (options.status && !options.command.empty())
         throw CLI::ValidationError("--status", "runs no command");
     if (!options.status && options.command.empty())
-        throw CLI::RequiredError("-- COMMAND");
+        throw CLI::ParseError("no command; it stands behind the directory: DIRECTORY -- COMMAND...",
+                              CLI::ExitCodes::RequiredError);
+}
+
+/// Paths of the library have no blanks at their ends; where the user's has some
+/// they would be dropped, and another directory locked.
+std::string withoutBlankEnds(const std::string& path)
+{
+    const char* const blanks = " \t\n\v\f\r";
+    if (path.empty())
+        return path;
+    const std::string begin = path.find_first_of(blanks) == 0 ? "./" : "";
+    const std::string end = path.find_last_of(blanks) == path.size() - 1 ? "/" : "";
+    return begin + path + end;
 }
 
 boost::posix_time::time_duration limitOf(double seconds, Kind kind)
@@ -115,6 +136,7 @@ std::optional<Options> optionsOf(const std::vector<NativeText>& arguments, int& 
         status = app.exit(error) == 0 ? done : failed;
         return std::nullopt;
     }
+    options.directory = withoutBlankEnds(options.directory);
     options.kind = answers.exclusive ? Kind::exclusive : answers.read ? Kind::read : Kind::write;
     options.limit = limitOf(answers.seconds, options.kind);
     return options;

@@ -32,7 +32,7 @@ ServerClock::~ServerClock()
 {
     try {
         m_fs->removeFile(m_path);
-    } catch (const zvFileBasedLockError&) {
+    } catch (const std::exception&) {
     }
 }
 

@@ -10,11 +10,11 @@ namespace zorvel {
 namespace zvlock {
 
 using boost::posix_time::time_duration;
-using Guard = boost::unique_lock<boost::mutex>;
+using Locked = boost::unique_lock<boost::mutex>;
 
 void Turn::onSignal(const Signal& signal)
 {
-    const Guard guard(m_mutex);
+    const Locked locked(m_mutex);
     if (!m_command)
         m_signal = signal.number;
     else if (!signal.sentToAll)
@@ -24,7 +24,7 @@ void Turn::onSignal(const Signal& signal)
 
 int Turn::signalled() const
 {
-    const Guard guard(m_mutex);
+    const Locked locked(m_mutex);
     return m_signal;
 }
 
@@ -64,7 +64,7 @@ void Turn::tryToAcquire(DirectoryLock& lock, const time_duration& limit)
     } catch (...) {
         failure = std::current_exception();
     }
-    const Guard guard(m_mutex);
+    const Locked locked(m_mutex);
     m_tried = true;
     m_acquired = acquired;
     m_failure = failure;
@@ -74,12 +74,12 @@ void Turn::tryToAcquire(DirectoryLock& lock, const time_duration& limit)
 /// Until acquiring has a result, a signal comes or the limit is reached.
 void Turn::wait(const time_duration& limit)
 {
-    Guard guard(m_mutex);
+    Locked locked(m_mutex);
     const auto isOver = [this] { return m_tried || m_signal; };
     if (limit.is_special())
-        m_changed.wait(guard, isOver);
+        m_changed.wait(locked, isOver);
     else
-        m_changed.timed_wait(guard, boost::get_system_time() + limit, isOver);
+        m_changed.timed_wait(locked, boost::get_system_time() + limit, isOver);
 }
 
 int Turn::execute(const std::vector<NativeText>& words)
@@ -101,7 +101,7 @@ int Turn::execute(const std::vector<NativeText>& words)
 /// program or goes to the command.
 bool Turn::start(Command& command, const std::vector<NativeText>& words)
 {
-    const Guard guard(m_mutex);
+    const Locked locked(m_mutex);
     if (m_signal)
         return false;
     command.start(words);
@@ -111,7 +111,7 @@ bool Turn::start(Command& command, const std::vector<NativeText>& words)
 
 void Turn::forget()
 {
-    const Guard guard(m_mutex);
+    const Locked locked(m_mutex);
     m_command = nullptr;
 }
 

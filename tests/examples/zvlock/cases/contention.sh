@@ -40,7 +40,8 @@ test_writer_waits_for_reader() {
 
 test_waiting_without_limit_is_not_ended_by_a_limit_of_another() {
     holder first --write
-    start second --write --timeout 1000 dir -- "$command" status 3
+    start second --write dir -- "$command" status 3
+    until_there dir/.deploy_lock.0
     is_refused --write --timeout 0
     leave first
     ended second 3

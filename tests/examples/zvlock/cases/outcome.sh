@@ -135,6 +135,26 @@ test_directory_names() {
     is_empty dir/below
 }
 
+# The library drops blanks at the ends of a path; the neighbours without them are not meant.
+test_posix_directory_names_with_blanks_at_their_ends() {
+    local name kind number=0
+    mkdir lead trail ' lead' 'trail ' ' '
+    for name in ' lead' 'trail ' ' '; do
+        for kind in --exclusive --read --write; do
+            number=$((number + 1))
+            start "holder$number" "$kind" "$name" -- "$command" hold
+            hear "holder$number" holding
+            [ "$(ls -A "$name" | wc -l)" = 1 ] || fail "$kind did not lock '$name'"
+            ends 0 --status "$name"
+            has out ' fresh$'
+            is_empty lead
+            is_empty trail
+            leave "holder$number"
+            is_empty "$name"
+        done
+    done
+}
+
 test_directory_names_beyond_ascii() {
     local name='Grüße'
     # Of the second two bytes the last is that of a backslash.

@@ -128,7 +128,7 @@ test_interrupt_key_reaches_the_command_once() {
         until_there told
         "${zvlock[@]}" --status dir >status
         touch go
-        sleep 1000
+        exec sleep 1000
     } >keys &
     keyboard=$!
     in_terminal dir -- "$command" interrupted <keys || got=$?
@@ -148,7 +148,7 @@ test_interrupt_key_while_waiting() {
     {
         until_there dir/.deploy_lock.1
         printf '\003'
-        sleep 1000
+        exec sleep 1000
     } >keys &
     keyboard=$!
     in_terminal --exclusive dir -- "$command" note ran yes <keys || got=$?

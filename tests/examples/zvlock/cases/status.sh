@@ -55,9 +55,11 @@ test_status_tells_the_age() {
     touch -d '1000 seconds' dir/.deploy_lock.0
     ends 0 --status dir
     age=$(sed -nE 's/^writer +- +([0-9]+) s  stale$/\1/p' out)
-    [ "$age" -ge 999 ] && [ "$age" -lt 1300 ]
+    [ "$age" -ge 999 ]
+    [ "$age" -lt 1300 ]
     age=$(sed -nE 's/^exclusive +0 +-([0-9]+) s  fresh$/\1/p' out)
-    [ "$age" -le 1001 ] && [ "$age" -gt 700 ]
+    [ "$age" -le 1001 ]
+    [ "$age" -gt 700 ]
 }
 
 test_status_is_aligned() {
