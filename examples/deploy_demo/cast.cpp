@@ -1,5 +1,7 @@
 #include "examples/deploy_demo/cast.h"
 
+#include "examples/deploy_demo/text.h"
+
 namespace zorvel {
 namespace demo {
 
@@ -41,6 +43,17 @@ void add(Cast& cast, const Options& options, const fs::path& directory, Role rol
     cast.commands.push_back(command);
 }
 
+std::string introductionOf(Role role, const Cast& cast)
+{
+    std::vector<std::string> names;
+    for (std::size_t i = 0; i < cast.members.size(); ++i)
+        if (cast.members[i].role == role)
+            names.push_back(cast.members[i].name +
+                            (i == cast.verifier ? " (verifies its own releases as a reader)" : ""));
+    return (role == Role::writer ? "writer" : "reader") + std::string(names.size() == 1 ? " " : "s ") +
+           enumeration(names);
+}
+
 }  // namespace
 
 Cast castOf(const Options& options, const fs::path& directory)
@@ -59,7 +72,13 @@ Cast castOf(const Options& options, const fs::path& directory)
         add(cast, options, directory, Role::reader, i,
             {"reader", std::to_string(i == victim && !options.noKill ? fatalRelease : 0)});
     cast.downgrades = options.releases;
+    cast.verifier = verifier;
     return cast;
+}
+
+std::string introduction(const Cast& cast)
+{
+    return introductionOf(Role::writer, cast) + ", " + introductionOf(Role::reader, cast);
 }
 
 }  // namespace demo

@@ -33,6 +33,8 @@ struct Cast
     /// is there before the play begins.
     int lastRelease = 1;
     int downgrades = 0;
+    /// Which member makes them.
+    std::size_t verifier = 0;
 };
 
 /// The processes meet in `directory`. Makes a directory below it for each of
@@ -41,6 +43,10 @@ struct Cast
 /// Writer 1 verifies its releases as a reader. One writer and one reader are to
 /// be killed: Windows programs, if there are any.
 Cast castOf(const Options& options, const std::filesystem::path& directory);
+
+/// "writers W1 (verifies its own releases as a reader) and W2, readers R1 and
+/// R2"
+std::string introduction(const Cast& cast);
 
 }  // namespace demo
 }  // namespace zorvel

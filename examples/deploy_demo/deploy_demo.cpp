@@ -85,6 +85,8 @@ int report(const Options& options, const Cast& cast, const fs::path& directory, 
     if (problems.empty())
         std::cout << "in the end: release " << cast.lastRelease << " is whole, no lock file is left\n";
     std::cout << "picture: " << picture.string() << std::endl;
+    if (problems.empty())
+        std::cout << "nothing went wrong" << std::endl;
     for (const std::string& problem : problems)
         std::cerr << "WRONG: " << problem << std::endl;
     return problems.empty() ? 0 : somethingWrong;

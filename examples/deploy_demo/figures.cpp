@@ -73,14 +73,18 @@ std::vector<MemberFigures> memberFigures(const History& history, const std::vect
     return result;
 }
 
-bool isInTheWay(const History& history, const Interval& other, const Interval& hold)
+/// Whether the directory has a writer's lock file all that time.
+bool isWriters(const History& history, const Interval& interval)
 {
-    if (other.process == hold.process || other.activity == Activity::waiting)
-        return false;
-    const bool writersFile =
-        other.activity == Activity::writing ||
-        (other.activity == Activity::leftBehind && history.members()[other.process].role == Role::writer);
-    return writersFile || hold.activity == Activity::writing;
+    return interval.activity == Activity::writing ||
+           (interval.activity == Activity::leftBehind && history.members()[interval.process].role == Role::writer);
+}
+
+/// Whether two intervals of different processes should have no time in common.
+bool exclude(const History& history, const Interval& a, const Interval& b)
+{
+    const bool inside = a.activity != Activity::waiting && b.activity != Activity::waiting;
+    return inside && a.process != b.process && (isWriters(history, a) || isWriters(history, b));
 }
 
 /// The last interval that ended during a wait and before which it could not
@@ -89,7 +93,7 @@ const Interval* lastInTheWay(const History& history, const Grant& grant)
 {
     const Interval* last = nullptr;
     for (const Interval& other : history.intervals())
-        if (isInTheWay(history, other, *grant.hold) && other.to > grant.wait->from && other.to <= grant.hold->from &&
+        if (exclude(history, other, *grant.hold) && other.to > grant.wait->from && other.to <= grant.hold->from &&
             (!last || other.to > last->to))
             last = &other;
     return last;
@@ -113,16 +117,13 @@ Handovers handoversTo(Activity activity, const History& history, const std::vect
     return result;
 }
 
-int overlapsOf(const std::vector<Interval>& intervals)
+int overlapsOf(const History& history)
 {
+    const std::vector<Interval>& intervals = history.intervals();
     int overlaps = 0;
     for (std::size_t i = 0; i < intervals.size(); ++i)
-        for (std::size_t j = i + 1; j < intervals.size(); ++j) {
-            const Interval& a = intervals[i];
-            const Interval& b = intervals[j];
-            const bool oneWrites = a.activity == Activity::writing || b.activity == Activity::writing;
-            overlaps += isHold(a) && isHold(b) && oneWrites && a.process != b.process && meet(a, b) ? 1 : 0;
-        }
+        for (std::size_t j = i + 1; j < intervals.size(); ++j)
+            overlaps += exclude(history, intervals[i], intervals[j]) && meet(intervals[i], intervals[j]) ? 1 : 0;
     return overlaps;
 }
 
@@ -174,7 +175,7 @@ Figures figuresOf(const History& history)
     figures.holds = static_cast<int>(grants.size());
     figures.toReaders = handoversTo(Activity::reading, history, grants);
     figures.toWriters = handoversTo(Activity::writing, history, grants);
-    figures.overlapsOfIntervals = overlapsOf(history.intervals());
+    figures.overlapsOfIntervals = overlapsOf(history);
     figures.intruders = intrudersOf(history);
     figures.readings = sumOf(history.readings());
     return figures;

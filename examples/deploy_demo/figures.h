@@ -36,7 +36,8 @@ struct Figures
     int holds = 0;
     Handovers toReaders;
     Handovers toWriters;
-    /// Holds of a writer that met, by their times, any other hold.
+    /// Holds of a writer that met, by their times, any other hold. A dead
+    /// process holds until its lock file is removed.
     int overlapsOfIntervals = 0;
     /// Other writers between the beginning of a hold that was downgraded and
     /// the end of the reading that followed.

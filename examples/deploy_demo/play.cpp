@@ -1,6 +1,7 @@
 #include "examples/deploy_demo/play.h"
 
 #include "examples/deploy_demo/release_store.h"
+#include "examples/deploy_demo/text.h"
 
 #include <algorithm>
 #include <iomanip>
@@ -27,11 +28,6 @@ std::string roleOf(const Member& member)
     return member.role == Role::writer ? "writer" : "reader";
 }
 
-bool beginsWith(const std::string& text, const std::string& beginning)
-{
-    return text.compare(0, beginning.size(), beginning) == 0;
-}
-
 /// Seconds since the last refresh of the oldest lock file of a role; -1 when
 /// there is none.
 long long ageOfLock(const std::filesystem::path& directory, Role role)
@@ -47,13 +43,6 @@ long long ageOfLock(const std::filesystem::path& directory, Role role)
         oldest = std::max<long long>(oldest, std::chrono::duration_cast<std::chrono::seconds>(age).count());
     }
     return oldest;
-}
-
-std::string seconds(Microseconds duration)
-{
-    std::ostringstream text;
-    text << std::fixed << std::setprecision(1) << static_cast<double>(duration) / 1e6 << " s";
-    return text.str();
 }
 
 }  // namespace
@@ -81,7 +70,7 @@ bool Play::run()
 
 bool Play::start()
 {
-    m_progress.say("starting " + std::to_string(m_cast.members.size()) + " processes");
+    m_progress.say("starting " + std::to_string(m_cast.members.size()) + " processes: " + introduction(m_cast));
     for (const std::vector<std::string>& command : m_cast.commands)
         m_processes.start(command);
     m_running = m_cast.commands.size();
@@ -239,7 +228,7 @@ const Death* Play::unburied() const
 std::string Play::situation() const
 {
     std::ostringstream text;
-    text << std::setw(6) << seconds(now() - m_history.begin()) << "  release " << m_history.lastRelease() << " of "
+    text << std::setw(6) << seconds(now() - m_history.begin(), 1) << "  release " << m_history.lastRelease() << " of "
          << m_cast.lastRelease << ", ";
     const int readers = m_history.count(Activity::reading);
     if (const Death* const death = unburied())

@@ -1,5 +1,7 @@
 #include "examples/deploy_demo/table.h"
 
+#include "examples/deploy_demo/text.h"
+
 #include <algorithm>
 #include <iomanip>
 #include <sstream>
@@ -8,13 +10,6 @@ namespace zorvel {
 namespace demo {
 
 namespace {
-
-std::string seconds(Microseconds duration)
-{
-    std::ostringstream text;
-    text << std::fixed << std::setprecision(2) << static_cast<double>(duration) / 1e6 << " s";
-    return text.str();
-}
 
 std::string milliseconds(Microseconds duration)
 {
@@ -43,8 +38,8 @@ bool somebodyDiedInside(const History& history)
 void printWaits(std::ostream& out, const Waits& waits)
 {
     const std::string none = "-";
-    out << std::setw(11) << (waits.count ? seconds(waits.mean) : none) << std::setw(10)
-        << (waits.count ? seconds(waits.longest) : none);
+    out << std::setw(11) << (waits.count ? seconds(waits.mean, 2) : none) << std::setw(10)
+        << (waits.count ? seconds(waits.longest, 2) : none);
 }
 
 void printHead(std::ostream& out, bool two)
@@ -88,17 +83,28 @@ void printHandovers(std::ostream& out, const char* whom, const Handovers& handov
         << " (" << handovers.count << " times)";
 }
 
+/// By whom a writer's lock was turned into a reader's.
+std::string downgraders(const History& history)
+{
+    std::vector<std::string> names;
+    for (const Downgrade& downgrade : history.downgrades())
+        if (std::find(names.begin(), names.end(), name(history, downgrade.process)) == names.end())
+            names.push_back(name(history, downgrade.process));
+    return names.empty() ? std::string() : ", all by " + enumeration(names);
+}
+
 void printRun(std::ostream& out, const History& history, const Figures& figures)
 {
     printReadings(out, figures.readings);
     out << "releases deployed: " << history.deployed() << ", downgrades: " << history.downgrades().size()
-        << " (other writers before the reading that followed had ended: " << figures.intruders << ")\n";
+        << downgraders(history) << " (other writers before the reading that followed had ended: " << figures.intruders
+        << ")\n";
     printHandovers(out, "handover from the last hold in the way to a waiting reader", figures.toReaders);
     out << '\n';
     printHandovers(out, "                                       to a waiting writer", figures.toWriters);
     out << "\noverlaps found: " << history.strangersMet() + figures.overlapsOfIntervals
-        << " (by marks in the directory: " << history.strangersMet() << ", by times: " << figures.overlapsOfIntervals
-        << ", in " << figures.holds << " holds)\n";
+        << " (by the marks that each process leaves while it is inside: " << history.strangersMet()
+        << ", by times: " << figures.overlapsOfIntervals << ", in " << figures.holds << " holds)\n";
 }
 
 void printReplacement(std::ostream& out, const History& history, const Death& death)
@@ -112,13 +118,13 @@ void printDeath(std::ostream& out, const History& history, const Death& death)
 {
     const bool wrote = history.members()[death.process].role == Role::writer;
     const std::string deed = (wrote ? "half way through release " : "reading release ") + std::to_string(death.release);
-    out << "killed: " << name(history, death.process) << " (kill -9) at " << seconds(death.time - history.begin())
+    out << "killed: " << name(history, death.process) << " (kill -9) at " << seconds(death.time - history.begin(), 2)
         << ", " << (death.inside ? deed : "but not inside") << '\n';
     if (!death.inside)
         return;
     if (death.cleared)
-        out << "  its stale lock file was removed " << seconds(death.clearedAt - death.time) << " later by "
-            << name(history, death.heir) << '\n';
+        out << "  its stale lock file was removed " << seconds(death.clearedAt - death.time, 2) << " later by "
+            << name(history, death.heir) << " (stale 30 s after its last refresh)\n";
     else
         out << "  its lock file was not removed\n";
     printReplacement(out, history, death);
@@ -134,8 +140,7 @@ void printTable(std::ostream& out, const History& history, const Figures& figure
     for (const Death& death : history.deaths())
         printDeath(out, history, death);
     if (somebodyDiedInside(history))
-        out << "(a lock file is stale 30 s after its last refresh, which came up to a second before the kill and is\n"
-               " noted in whole seconds)\n";
+        out << "(the last refresh came up to a second before the kill, and its time is in whole seconds)\n";
 }
 
 }  // namespace demo

@@ -1,8 +1,8 @@
 #include "examples/deploy_demo/timeline_moments.h"
 
+#include "examples/deploy_demo/text.h"
+
 #include <algorithm>
-#include <iomanip>
-#include <sstream>
 
 namespace zorvel {
 namespace demo {
@@ -18,10 +18,8 @@ std::string killText(const Member& dead, const Death& death)
 
 std::string heirText(const Member& heir, const Member& dead, const Death& death)
 {
-    std::ostringstream text;
-    text << heir.name << " removes " << dead.name << "'s stale lock file, " << std::fixed << std::setprecision(1)
-         << static_cast<double>(death.clearedAt - death.time) / 1e6 << " s later";
-    return text.str();
+    return heir.name + " removes " + dead.name + "'s stale lock file, " + seconds(death.clearedAt - death.time, 1) +
+           " later";
 }
 
 std::vector<Moment> collect(const History& history, const TimeScale& scale)

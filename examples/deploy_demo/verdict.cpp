@@ -39,13 +39,21 @@ bool died(const History& history, Role role)
     });
 }
 
+/// A lock file is stale 30 s after its last refresh: that came up to a second
+/// before the kill and is noted in whole seconds, as the present time is.
+const Microseconds soonest = 27 * 1000 * 1000;
+
 void judgeDeaths(Problems& problems, const History& history)
 {
     problems.expect(died(history, Role::reader), "no reader was killed inside and its lock file removed");
     problems.expect(died(history, Role::writer), "no writer was killed inside and its lock file removed");
-    for (const Death& death : history.deaths())
-        problems.expect(history.members()[death.process].role == Role::reader || death.replaced,
+    for (const Death& death : history.deaths()) {
+        const Member& dead = history.members()[death.process];
+        problems.expect(dead.role == Role::reader || death.replaced,
                         "release " + std::to_string(death.release) + " was not deployed anew");
+        problems.expect(!death.cleared || death.clearedAt - death.time >= soonest,
+                        dead.name + "'s lock file was removed too soon");
+    }
 }
 
 void judgeReaders(Problems& problems, const History& history)

@@ -1,6 +1,7 @@
 #include "examples/deploy_demo/table.h"
 #include "examples/deploy_demo/timeline.h"
 #include "examples/deploy_demo/timeline_moments.h"
+#include "examples/deploy_demo/verdict.h"
 #include "tests/support/process.h"
 #include "tests/support/temporary_tree.h"
 
@@ -15,7 +16,11 @@
 
 using namespace zorvel::demo;
 using zorvel::test::TemporaryTree;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::EndsWith;
 using testing::HasSubstr;
+using testing::IsEmpty;
 using testing::Not;
 
 namespace {
@@ -105,6 +110,30 @@ std::vector<Event> aReadersDeath()
                               {w1, 32 * second, Word::leave, 0, ""}};
 }
 
+/// All events from `from` on come so much later or, with a negative time,
+/// sooner.
+std::vector<Event> moved(std::vector<Event> events, Microseconds from, Microseconds by)
+{
+    for (Event& event : events)
+        event.time += event.time >= from ? by : 0;
+    return events;
+}
+
+/// W2's death and its end, then R2's, which takes so long. Everybody has
+/// verified a release.
+std::vector<Event> twoDeaths(Microseconds readersStaleness)
+{
+    const Microseconds next = 40 * second;
+    return aWritersDeath() +
+           moved(moved(aReadersDeath(), 31500 * 1000, readersStaleness - 29500 * 1000), 0, next) +
+           std::vector<Event>{{r1, 45 * second, Word::served, 6, "W1"}, {r2, 41 * second, Word::served, 6, "W1"}};
+}
+
+std::vector<std::string> verdictOf(const History& history)
+{
+    return verdict(Options(), Cast(), history, figuresOf(history));
+}
+
 std::string tableOf(const History& history)
 {
     std::ostringstream out;
@@ -112,11 +141,12 @@ std::string tableOf(const History& history)
     return out.str();
 }
 
-/// As the table counts them.
+/// As the table counts them; W1 makes them all.
 std::string downgrades(int count, int intruders)
 {
     return "downgrades: " + std::to_string(count) +
-           " (other writers before the reading that followed had ended: " + std::to_string(intruders) + ")\n";
+           ", all by W1 (other writers before the reading that followed had ended: " + std::to_string(intruders) +
+           ")\n";
 }
 
 /// The elements of an SVG document; throws when it is not well-formed.
@@ -273,7 +303,7 @@ TEST(DeployDemoFigures, ADeadWritersMarkAndReleaseAreTakenForWhatTheyAre)
     const std::string table = tableOf(history);
     EXPECT_THAT(table, HasSubstr("overlaps found: 0 "));
     EXPECT_THAT(table, HasSubstr("killed: W2 (kill -9) at 2.00 s, half way through release 7"));
-    EXPECT_THAT(table, HasSubstr("its stale lock file was removed 30.00 s later by R1"));
+    EXPECT_THAT(table, HasSubstr("its stale lock file was removed 30.00 s later by R1 (stale 30 s after"));
     EXPECT_THAT(table, HasSubstr("W1 found 4 files of the unfinished release 7"));
     EXPECT_EQ(0, history.spoiled());
     EXPECT_EQ(1, figures.readings.unfinished);
@@ -293,6 +323,34 @@ TEST(DeployDemoFigures, ADeadReaderKeepsWritersWaitingOnly)
     EXPECT_EQ(0, figures.toWriters.count);
     EXPECT_THAT(tableOf(history), HasSubstr("killed: R2 (kill -9) at 2.00 s, reading release 3"));
     EXPECT_THAT(tableOf(history), HasSubstr("its stale lock file was removed 29.50 s later by W1"));
+}
+
+/// The dead writer's lock file is removed at 32 s.
+TEST(DeployDemoFigures, WhoeverComesInBeforeADeadWritersLockFileIsRemovedIsAnOverlap)
+{
+    for (const std::size_t next : {w1, r2}) {
+        const std::vector<Event> inside = hold(next, 1 * second, 10 * second, 11 * second);
+        EXPECT_EQ(1, figuresOf(historyOf(inside + aWritersDeath())).overlapsOfIntervals);
+    }
+    EXPECT_EQ(0, figuresOf(historyOf(aWritersDeath())).overlapsOfIntervals);
+}
+
+TEST(DeployDemoFigures, AWriterThatComesInBeforeADeadReadersLockFileIsRemovedIsAnOverlap)
+{
+    const std::vector<Event> inside = hold(w2, 1 * second, 10 * second, 11 * second);
+    EXPECT_EQ(1, figuresOf(historyOf(aReadersDeath() + inside)).overlapsOfIntervals);
+}
+
+TEST(DeployDemoVerdict, FindsNothingWrongWithTwoDeathsWhoseLocksWentStale)
+{
+    EXPECT_THAT(verdictOf(historyOf(twoDeaths(29 * second))), IsEmpty());
+}
+
+TEST(DeployDemoVerdict, FindsALockFileThatWasRemovedTooSoon)
+{
+    EXPECT_THAT(verdictOf(historyOf(twoDeaths(26 * second))), ElementsAre("R2's lock file was removed too soon"));
+    EXPECT_THAT(verdictOf(historyOf(moved(aWritersDeath(), 32 * second, -20 * second))),
+                Contains("W2's lock file was removed too soon"));
 }
 
 TEST(DeployDemoTimeline, ShowsEveryIntervalOnceInWellFormedXml)
@@ -321,10 +379,7 @@ TEST(DeployDemoTimeline, TellsReadersFromWritersAndMarksTheDowngrade)
 
 TEST(DeployDemoTimeline, LeavesOutEachTimeOfWaitingForStaleness)
 {
-    std::vector<Event> later = aReadersDeath();
-    for (Event& event : later)
-        event.time += 40 * second;
-    const History history = historyOf(aWritersDeath() + later);
+    const History history = historyOf(twoDeaths(29500 * 1000));
     const TimeScale scale(history, 0, 1000);
     EXPECT_EQ(2u, scale.cuts().size());
     EXPECT_TRUE(scale.isCutOut(10));
@@ -340,10 +395,7 @@ TEST(DeployDemoTimeline, LeavesOutEachTimeOfWaitingForStaleness)
 
 TEST(DeployDemoTimeline, PutsNoLineThroughAText)
 {
-    std::vector<Event> later = aReadersDeath();
-    for (Event& event : later)
-        event.time += 40 * second;
-    const History history = historyOf(aWritersDeath() + later);
+    const History history = historyOf(twoDeaths(29500 * 1000));
     for (const double right : {700.0, 900.0, 1176.0, 3000.0}) {
         const TimeScale scale(history, 142, right);
         const std::vector<Moment> moments = momentsOf(history, scale, right);
@@ -365,10 +417,14 @@ TEST(DeployDemo, ASmallRunEndsInATableAndAPicture)
     EXPECT_EQ(0, runDemo({"--readers", "2", "--releases", "2", "--no-kill", "--output", directoryOf(tree)}, output,
                          errors));
     EXPECT_EQ("", errors);
-    EXPECT_THAT(output, HasSubstr("overlaps found: 0 (by marks in the directory: 0, by times: 0, in "));
+    EXPECT_THAT(output, HasSubstr("overlaps found: 0 (by the marks that each process leaves while it is inside: 0, "
+                                  "by times: 0, in "));
     EXPECT_THAT(output, HasSubstr(", torn reads: 0, reads that found an unfinished release and served nothing: 0\n"));
     EXPECT_THAT(output, HasSubstr("releases deployed: 4, " + downgrades(2, 0)));
+    EXPECT_THAT(output, HasSubstr("starting 4 processes: writers W1 (verifies its own releases as a reader) and W2, "
+                                  "readers R1 and R2\n"));
     EXPECT_THAT(output, HasSubstr("in the end: release 5 is whole, no lock file is left"));
+    EXPECT_THAT(output, EndsWith("\nnothing went wrong\n"));
     for (const char* name : {"\nW1 ", "\nW2 ", "\nR1 ", "\nR2 "})
         EXPECT_THAT(output, HasSubstr(name));
     EXPECT_EQ(std::vector<std::string>({"timeline.svg"}), tree.names());
@@ -384,6 +440,7 @@ TEST(DeployDemo, WithoutTheLockItFails)
     EXPECT_THAT(errors, HasSubstr("marks met of processes that should have been outside"));
     EXPECT_THAT(errors, HasSubstr("releases that a live writer lost or had not finished"));
     EXPECT_THAT(output, Not(HasSubstr("in the end:")));
+    EXPECT_THAT(output, Not(HasSubstr("nothing went wrong")));
 }
 
 TEST(DeployDemo, AWorkerThatFailsMakesItFail)

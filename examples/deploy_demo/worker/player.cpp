@@ -1,5 +1,6 @@
 #include "examples/deploy_demo/worker/player.h"
 
+#include "examples/deploy_demo/text.h"
 #include "examples/deploy_demo/worker/watching_fs.h"
 
 #include <boost/make_shared.hpp>
@@ -17,11 +18,6 @@ std::minstd_rand seedOf(const std::string& name)
 {
     std::seed_seq letters(name.begin(), name.end());
     return std::minstd_rand(letters);
-}
-
-bool beginsWith(const std::string& text, const std::string& beginning)
-{
-    return text.compare(0, beginning.size(), beginning) == 0;
 }
 
 }  // namespace
