@@ -75,7 +75,10 @@ TEST(Downgrade, NoOtherWriterComesBeforeTheReaderThatAWriterBecameHasLeft)
     EXPECT_EQ(std::vector<std::string>(), overlaps(holds));
     std::cout << holds.size() << " holds, " << downgraders * holdsEach
               << " of them downgraded; readers that were inside with those: " << readersMetByDowngraded(holds)
-              << std::endl;
+              << ", changes of writer: " << changesOfWriter(holds) << std::endl;
+    EXPECT_GE(readersMetByDowngraded(holds), 2) << "nobody came in after a downgrade";
+    // Workers that came one after another would make three.
+    EXPECT_GE(changesOfWriter(holds), holdsEach / 2) << "writers hardly met";
 }
 
 /// The judge of the test above.
@@ -95,6 +98,18 @@ TEST(Downgrade, AWriterBetweenTheTwoHoldsOfADowngradeIsFound)
                               {0, "left"}}));
     EXPECT_EQ(2u, overlapsIn({{0, "write"}, {0, "written"}, {0, "downgraded"}, {1, "write"}, {0, "left"},
                               {1, "written"}}));
+}
+
+TEST(Downgrade, ChangesOfWriterAreCountedOverReadersAndDowngrades)
+{
+    const auto changes = [](const std::vector<std::pair<int, std::string>>& events) {
+        return changesOfWriter(holdsOf(story(events)));
+    };
+    EXPECT_EQ(0, changes({{0, "read"}, {0, "left"}, {1, "read"}, {1, "left"}}));
+    EXPECT_EQ(0, changes({{0, "write"}, {0, "written"}, {0, "downgraded"}, {1, "read"}, {0, "left"}, {1, "left"},
+                          {0, "write"}, {0, "written"}}));
+    EXPECT_EQ(2, changes({{0, "write"}, {0, "written"}, {1, "write"}, {1, "written"}, {1, "write"}, {1, "written"},
+                          {0, "write"}, {0, "written"}}));
 }
 
 TEST(Downgrade, MarksThatMakeNoSenseAreRefused)

@@ -24,6 +24,17 @@ Launcher words(const std::string& command)
     return result;
 }
 
+std::vector<std::string> commandLine(const Launcher& launcher, const std::string& directory, int id, const Part& part,
+                                     int victim)
+{
+    std::vector<std::string> command = launcher;
+    command.push_back(part.role);
+    command.push_back(directory);
+    for (const int number : {id, part.holds, part.holdMsec, part.pauseMsec, victim})
+        command.push_back(std::to_string(number));
+    return command;
+}
+
 }  // namespace
 
 std::vector<Launcher> launchers()
@@ -41,21 +52,6 @@ std::vector<Launcher> launchers()
     }
     return result;
 }
-
-namespace {
-
-std::vector<std::string> commandLine(const Launcher& launcher, const std::string& directory, int id, const Part& part,
-                                     int victim)
-{
-    std::vector<std::string> command = launcher;
-    command.push_back(part.role);
-    command.push_back(directory);
-    for (const int number : {id, part.holds, part.holdMsec, part.pauseMsec, victim})
-        command.push_back(std::to_string(number));
-    return command;
-}
-
-}  // namespace
 
 Worker::Worker(const Launcher& launcher, const std::string& directory, int id, const Part& part, int victim)
     : m_id(id),

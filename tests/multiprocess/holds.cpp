@@ -158,6 +158,19 @@ int writesAmongReads(const std::vector<Hold>& holds)
     return static_cast<int>(std::count_if(first, last, [](const Hold& hold) { return hold.writes; }));
 }
 
+int changesOfWriter(const std::vector<Hold>& holds)
+{
+    int changes = 0;
+    const Hold* before = nullptr;
+    for (const Hold& hold : holds) {
+        if (!hold.writes)
+            continue;
+        changes += before && before->worker != hold.worker ? 1 : 0;
+        before = &hold;
+    }
+    return changes;
+}
+
 bool complete(const std::vector<Mark>& marks)
 {
     std::vector<int> numbers;

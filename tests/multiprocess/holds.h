@@ -46,6 +46,9 @@ int mostReaders(const std::vector<Hold>& holds);
 /// the last.
 int writesAmongReads(const std::vector<Hold>& holds);
 
+/// How often a writer's hold came after another worker's.
+int changesOfWriter(const std::vector<Hold>& holds);
+
 /// Whether each of 0, 1, 2... up to the number of marks was taken once.
 bool complete(const std::vector<Mark>& marks);
 

@@ -54,13 +54,13 @@ int victimOf(unsigned seed)
     return static_cast<int>(seed % 2);
 }
 
-/// The victim does not end by itself.
+/// The victim does not end by itself. To die inside for certain it stays there.
 std::vector<Part> contenders(Moment moment, unsigned seed)
 {
     std::vector<Part> parts;
     for (const char* role : {"reader", "reader", "writer", "downgrader"})
         parts.push_back(Part{role, holdsEach, holdMsec, pauseMsec});
-    const int inside = moment == Moment::halfWay ? 600 * 1000 : holdMsec;
+    const int inside = isInside(moment) ? 600 * 1000 : holdMsec;
     parts.insert(parts.begin() + victimOf(seed), Part{roleOf(moment, seed), 100000, inside, pauseMsec});
     return parts;
 }
@@ -71,7 +71,7 @@ std::string wordBefore(Moment moment)
     switch (moment) {
     case Moment::reading:
     case Moment::writing:
-        return "held";
+        return "inside";
     case Moment::halfWay:
         return "halfway";
     case Moment::downgrading:
@@ -98,6 +98,11 @@ int msecUntil(Moment moment)
 
 }  // namespace
 
+bool isInside(Moment moment)
+{
+    return moment == Moment::reading || moment == Moment::writing || moment == Moment::halfWay;
+}
+
 Round::Round(Moment moment, unsigned seed, const boost::shared_ptr<zvAbstractFS>& fs)
     : m_moment(moment),
       m_seed(seed),
@@ -122,17 +127,42 @@ void Round::kill()
     m_killMark = Marks(m_scene.directory()).take();
     m_killed = static_cast<long long>(std::time(nullptr));
     m_leftUnfinished = m_scene.tree().exists("writing." + std::to_string(m_victim));
+    m_leftMark = m_scene.tree().exists(m_role == "reader" ? "reading." + std::to_string(m_victim) : "inside");
+}
+
+bool Round::diedInside() const
+{
+    const std::string lockFile = m_role == "reader" ? ".deploy_read_lock." : ".deploy_write_lock";
+    return m_leftMark && std::any_of(m_traces.begin(), m_traces.end(), [&](const std::string& name) {
+               return name.compare(0, lockFile.size(), lockFile) == 0;
+           });
 }
 
 void Round::goAndWait()
 {
     std::mt19937 random(m_seed);
-    const int turn = m_moment == Moment::halfWay ? 1 : 1 + static_cast<int>(random() % 4);
-    m_fleet.go();
+    int turn = 1 + static_cast<int>(random() % 4);
+    if (isInside(m_moment)) {
+        goAfterTurnsOfOthers(turn);
+        turn = 1;
+    } else {
+        m_fleet.go();
+    }
     if (m_moment != Moment::any)
         m_fleet[m_victim].waitSaid(wordBefore(m_moment), turn);
     std::this_thread::sleep_for(std::chrono::microseconds(random() % (1000 * msecUntil(m_moment))));
     m_fleet[m_victim].kill();
+}
+
+/// A victim that stays inside has one turn only; it comes when the others have
+/// had some.
+void Round::goAfterTurnsOfOthers(int turns)
+{
+    for (int i = 0; i < m_fleet.size(); ++i)
+        if (i != m_victim)
+            m_fleet[i].go();
+    m_fleet[1 - m_victim].waitHeld(turns);
+    m_fleet[m_victim].go();
 }
 
 /// While the test has the guard, everybody ends up in the queue for it.

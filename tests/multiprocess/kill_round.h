@@ -16,14 +16,17 @@ namespace test {
 /// Where the victim dies.
 enum class Moment
 {
-    reading,      ///< inside, as a reader
-    writing,      ///< inside, as a writer
+    reading,      ///< inside, as a reader, for certain
+    writing,      ///< inside, as a writer, for certain
     halfWay,      ///< with half of a release written, for certain
     queued,       ///< in the queue for the guard, for certain
     waiting,      ///< for the others, as a reader or a writer
     downgrading,  ///< about to become a reader, or just become one
     any,
 };
+
+/// Whether the victim has the lock then.
+bool isInside(Moment moment);
 
 /// One fleet that loses a worker.
 class Round
@@ -46,11 +49,14 @@ public:
 
     /// Whether the victim died with a part of its release written.
     bool leftUnfinished() const { return m_leftUnfinished; }
+    /// Whether its mark and its role's lock file tell that it died inside.
+    bool diedInside() const;
     /// Lock files of the victim's.
     const std::vector<std::string>& traces() const { return m_traces; }
 
 private:
     void goAndWait();
+    void goAfterTurnsOfOthers(int turns);
     void goAndQueue();
     bool survivorsAreRunning() const;
     void ageTraces();
@@ -67,6 +73,7 @@ private:
     int m_killMark = -1;
     long long m_killed = 0;
     bool m_leftUnfinished = false;
+    bool m_leftMark = false;
     std::vector<std::string> m_traces;
 };
 

@@ -4,9 +4,10 @@
 ///   lock_worker ROLE DIRECTORY ID HOLDS HOLD_MSEC PAUSE_MSEC VICTIM
 ///
 /// It says "ready", waits for a line of input, takes the directory HOLDS times
-/// in its role (see contender.h) and says "waiting", "held" and "free" as it
-/// goes, then "done". Numbers of milliseconds are what it stays inside and, on
-/// average, outside. VICTIM is the ID of a worker that the test kills, or -1.
+/// in its role (see contender.h) and says "waiting", "held" and "free" (readers
+/// and writers also "inside", with their mark there) as it goes, then "done".
+/// Numbers of milliseconds are what it stays inside and, on average, outside.
+/// VICTIM is the ID of a worker that the test kills, or -1.
 
 #include "tests/multiprocess/contender.h"
 

@@ -58,6 +58,7 @@ void Visit::read(const int* own)
 {
     const std::filesystem::path mark = m_directory / ("reading." + std::to_string(m_task.id));
     std::filesystem::create_directory(mark);
+    say("inside");
     requireNoWriter();
     const Look first = m_release.look();
     std::this_thread::sleep_for(m_task.hold);
@@ -89,6 +90,7 @@ int Visit::write()
     const bool alone = std::filesystem::create_directory(mark);
     if (!alone)
         complain("overlap: another writer is inside");
+    say("inside");
     requireNoReader();
     const Look before = m_release.look();
     if (leftByTheVictim(before))

@@ -19,6 +19,7 @@ void playRound(Moment moment, unsigned seed, const boost::shared_ptr<zvAbstractF
     round.expectTracesGo();
     round.report();
     EXPECT_TRUE(moment != Moment::queued || !round.traces().empty()) << "seed " << seed;
+    EXPECT_TRUE(!isInside(moment) || round.diedInside()) << "seed " << seed;
     EXPECT_TRUE(moment != Moment::halfWay || round.leftUnfinished()) << "seed " << seed;
 }
 
