@@ -114,7 +114,7 @@ test_posix_command_begins_with_the_signals_of_zvlock() {
 
 # in_terminal zvlock's ARGUMENTS...: its input is the keyboard of a terminal.
 in_terminal() {
-    script -qec "$(printf '%q ' "${zvlock[@]}" "$@")" typescript >/dev/null
+    script -qec "exec $(printf '%q ' "${zvlock[@]}" "$@")" typescript >/dev/null
 }
 
 # The command has it from the terminal; a second one from zvlock would be one too many. The lock stays until the command
