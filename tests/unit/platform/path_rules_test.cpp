@@ -44,6 +44,8 @@ TEST(PathRules, DotsAtTheEndAndWhatIsLeftOfNothing)
 {
     EXPECT_EQ("\\", canonical("\\."));
     EXPECT_EQ("\\a", canonical("\\a\\."));
+    EXPECT_EQ("\\", canonical("\\.."));
+    EXPECT_EQ("\\", canonical("\\..\\.."));
     EXPECT_EQ("\\", canonical("\\a\\.."));
     EXPECT_EQ("\\", canonical("\\a\\..\\."));
     EXPECT_EQ("C:\\", canonical("C:\\."));
