@@ -58,7 +58,8 @@ bool ReadWriteHold::acquire(const time_duration& timeout, bool skipRefresh)
     return waitToEnter(deadline, guardTurn) && hold(skipRefresh);
 }
 
-/// False when somebody was there until the deadline; true with the guard.
+/// False when somebody was there until the deadline; true with the guard, if
+/// it came.
 bool ReadWriteHold::waitToEnter(const ptime& deadline, GuardTurn& guardTurn)
 {
     for (;;) {
