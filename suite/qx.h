@@ -3,7 +3,8 @@
 #include <zorvel/suite.h>
 
 /// The suite's utility library, as far as zorvel's own rooms use it beyond
-/// what <zorvel/suite.h> shows to callers.
+/// what <zorvel/suite.h> shows to callers. Its messages are in
+/// suite/qx_messages.h.
 
 /// Whether a Perl-style regular expression is found in a text, without regard
 /// to case (ASCII letters). ^ and $ mean the beginning and the end of the

@@ -1,6 +1,7 @@
 #include "platform/codepage.h"
 
 #include <cstring>
+#include <cwchar>
 
 #include <langinfo.h>
 
@@ -84,6 +85,21 @@ bool isLeadByte(unsigned char byte)
             return isLeadByteOf(codeset, byte);
     }
     return false;
+}
+
+std::size_t wholeCharacters(const char* text, std::size_t limit)
+{
+    const std::size_t cutOff = static_cast<std::size_t>(-2);
+    std::size_t whole = 0;
+    while (whole < limit)
+    {
+        std::mbstate_t state = std::mbstate_t();
+        const std::size_t length = std::mbrlen(text + whole, limit - whole, &state);
+        if (length == cutOff)
+            break;
+        whole += length == 0 || length > limit - whole ? 1 : length;
+    }
+    return whole;
 }
 
 }  // namespace platform

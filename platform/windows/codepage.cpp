@@ -10,5 +10,37 @@ bool isLeadByte(unsigned char byte)
     return IsDBCSLeadByte(byte) != FALSE;
 }
 
+namespace {
+
+bool isInsideUtf8Character(char byte)
+{
+    return (static_cast<unsigned char>(byte) & 0xC0) == 0x80;
+}
+
+/// UTF-8 as ANSI code page has no lead bytes for the system.
+std::size_t wholeUtf8Characters(const char* text, std::size_t limit)
+{
+    std::size_t whole = limit;
+    while (whole > 0 && limit - whole < 4 && isInsideUtf8Character(text[whole]))
+        --whole;
+    return isInsideUtf8Character(text[whole]) ? limit : whole;
+}
+
+}  // namespace
+
+std::size_t wholeCharacters(const char* text, std::size_t limit)
+{
+    if (::GetACP() == CP_UTF8)
+        return wholeUtf8Characters(text, limit);
+    std::size_t whole = 0;
+    while (whole < limit) {
+        const std::size_t length = isLeadByte(static_cast<unsigned char>(text[whole])) ? 2 : 1;
+        if (length > limit - whole)
+            break;
+        whole += length;
+    }
+    return whole;
+}
+
 }  // namespace platform
 }  // namespace zorvel

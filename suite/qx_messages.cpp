@@ -1,0 +1,147 @@
+#include "suite/qx_messages.h"
+
+#include "platform/codepage.h"
+#include "platform/language.h"
+#include "suite/detail/message_format.h"
+
+#include <cstring>
+#include <exception>
+#include <map>
+#include <mutex>
+
+namespace {
+
+using zorvel::suite::fillByNumber;
+using zorvel::suite::fillInOrder;
+using zorvel::suite::isTranslation;
+using zorvel::suite::readArguments;
+
+const std::uint32_t endOfIdentifiers = 0xFFFFFFFF;
+
+/// The tables of one facility.
+struct Facility
+{
+    const qx_message_table* english = nullptr;
+    std::map<std::string, const qx_language_table*> translations;
+};
+
+/// The text of an identifier in a table, or null.
+template <class Table>
+const char* textIn(const Table& table, std::uint32_t identifier)
+{
+    for (std::size_t i = 0; table.identifiers[i] != endOfIdentifiers; ++i) {
+        if (table.identifiers[i] == identifier)
+            return table.texts[i];
+    }
+    return nullptr;
+}
+
+/// The texts of one message: English, and the user's language or null.
+struct Texts
+{
+    const char* english;
+    const char* translated;
+};
+
+Texts textsOf(const std::map<std::uint32_t, Facility>& facilities, std::uint32_t identifier,
+              const std::string& language)
+{
+    const auto facility = facilities.find(identifier >> 16);
+    if (facility == facilities.end() || !facility->second.english)
+        return {nullptr, nullptr};
+    const auto& translations = facility->second.translations;
+    const auto table = translations.find(language);
+    return {textIn(*facility->second.english, identifier),
+            table == translations.end() ? nullptr : textIn(*table->second, identifier)};
+}
+
+/// Empty when the message cannot be made.
+std::string format(const Texts& texts, std::va_list values)
+{
+    std::vector<std::string> arguments;
+    std::string translation;
+    if (!texts.english || !readArguments(texts.english, values, arguments))
+        return std::string();
+    if (texts.translated && zorvel::platform::fromCodePage932(texts.translated, translation))
+        return isTranslation(translation.c_str()) ? fillByNumber(translation.c_str(), arguments) : std::string();
+    return fillInOrder(texts.english, arguments);
+}
+
+/// As much of a text as fits, terminated; the number of bytes written.
+std::size_t copyWhatFits(const std::string& text, char* buffer, std::size_t size)
+{
+    const std::size_t length =
+        text.size() < size ? text.size() : zorvel::platform::wholeCharacters(text.c_str(), size - 1);
+    std::memcpy(buffer, text.data(), length);
+    buffer[length] = '\0';
+    return length;
+}
+
+}  // namespace
+
+struct _memory_context
+{
+    std::mutex mutex;
+    std::map<std::uint32_t, Facility> facilities;
+};
+
+struct _message_context
+{
+    _memory_context& tables;
+};
+
+/// Never destroyed: messages come from the destructors of static objects too.
+_memory_context* qxGetMemoryContext()
+{
+    static _memory_context* const context = new _memory_context;
+    return context;
+}
+
+_message_context* qxGetMessageContext()
+{
+    static _message_context context = {*qxGetMemoryContext()};
+    return &context;
+}
+
+int qx_mem_add_primary_message_table(_memory_context* context, const qx_message_table* table)
+{
+    if (!context || !table)
+        return -1;
+    const std::lock_guard<std::mutex> guard(context->mutex);
+    context->facilities[table->facility].english = table;
+    return 0;
+}
+
+int qx_mem_add_language(_memory_context* context, const char* language, const qx_language_table* table)
+{
+    if (!context || !language || !table)
+        return -1;
+    const std::lock_guard<std::mutex> guard(context->mutex);
+    context->facilities[table->facility].translations[language] = table;
+    return 0;
+}
+
+int qx_mem_remove_primary_message_table(_memory_context* context, const qx_message_table* table)
+{
+    if (!context || !table)
+        return -1;
+    const std::lock_guard<std::mutex> guard(context->mutex);
+    const auto facility = context->facilities.find(table->facility);
+    if (facility == context->facilities.end() || facility->second.english != table)
+        return -1;
+    context->facilities.erase(facility);
+    return 0;
+}
+
+int qx_vsprintm(_message_context* context, char* buffer, std::size_t size, std::uint32_t identifier,
+                std::va_list arguments)
+try {
+    if (!context || !buffer || size == 0)
+        return 0;
+    const std::string language = zorvel::platform::userLanguage();
+    const std::lock_guard<std::mutex> guard(context->tables.mutex);
+    const std::string text = format(textsOf(context->tables.facilities, identifier, language), arguments);
+    return static_cast<int>(copyWhatFits(text, buffer, size));
+} catch (const std::exception&) {
+    return 0;  // exhausted memory
+}
