@@ -225,3 +225,26 @@ ZORVEL_API bool zvMkdirP(const char* path);
 /// the system would not take literally (a blank or dot at its end, characters
 /// that the code page lacks); Linux has no such limits below the pattern.
 ZORVEL_API bool zvRemoveRF(const char* pattern);
+
+// ---------------------------------------------------------------------------
+// Temporary names
+// ---------------------------------------------------------------------------
+
+/// The directory for temporary files, with a '\' at its end: the value of the
+/// environment variable TEMP, else of TMP, else the current directory, else
+/// "\tmp". Chosen once, by the first call; later changes are not seen. The text
+/// is the library's and lives as long as the process. What takes more than 2560
+/// bytes counts as not set; an empty value is the root. The directory is not
+/// looked at, and a name that ends in a double-byte character whose second byte
+/// is 0x5C gets no separator (see zvAddPathSep). Thread-safe.
+///
+/// Linux: the same two variables; TMPDIR is not asked.
+ZORVEL_API const char* zvGetTempDir();
+
+/// Writes a path in zvGetTempDir() that nothing has at the moment into a buffer
+/// and returns the buffer: "tp" and six digits behind the directory. The buffer
+/// is the caller's and has room for the directory and 9 bytes. Nothing is
+/// created or reserved: create the file exclusively, and ask again if somebody
+/// was faster. Does not return while all million names are taken. Null for
+/// null. Threads may call it at the same time, each with a buffer of its own.
+ZORVEL_API char* zvGetTempName(char* buffer);
