@@ -5,6 +5,7 @@
 #include <zorvel/errors.h>
 #include <zorvel/export.h>
 #include <zorvel/fsutil.h>
+#include <zorvel/ipc.h>
 #include <zorvel/lockfile.h>
 #include <zorvel/paths.h>
 #include <zorvel/suite.h>

@@ -1,0 +1,211 @@
+#include "platform/semaphore.h"
+
+#include "platform/posix/semaphore_file.h"
+
+#include <boost/uuid/name_generator_sha1.hpp>
+#include <boost/uuid/uuid_io.hpp>
+
+#include <chrono>
+#include <ctime>
+#include <map>
+#include <mutex>
+#include <new>
+
+#include <errno.h>
+#include <linux/futex.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+namespace zorvel {
+namespace platform {
+namespace {
+
+using posix::SemaphoreFile;
+using posix::SharedSemaphore;
+
+/// More than any name needs; a bound on what is hashed.
+const std::size_t longestName = 32767;
+
+/// The open semaphores of the process. A handle is a number that is never given
+/// twice, so that one which is closed already leads nowhere.
+class Handles
+{
+public:
+    void* add(const std::shared_ptr<SemaphoreFile>& file)
+    {
+        const std::lock_guard<std::mutex> guard(m_mutex);
+        void* const handle = reinterpret_cast<void*>(m_next);
+        m_files.emplace(handle, file);
+        m_next += 4;
+        return handle;
+    }
+
+    std::shared_ptr<SemaphoreFile> find(void* handle)
+    {
+        const std::lock_guard<std::mutex> guard(m_mutex);
+        const auto found = m_files.find(handle);
+        return found == m_files.end() ? nullptr : found->second;
+    }
+
+    /// What was open, for the caller to let go of outside the mutex.
+    std::shared_ptr<SemaphoreFile> remove(void* handle)
+    {
+        const std::lock_guard<std::mutex> guard(m_mutex);
+        const auto found = m_files.find(handle);
+        if (found == m_files.end())
+            return nullptr;
+        const std::shared_ptr<SemaphoreFile> file = found->second;
+        m_files.erase(found);
+        return file;
+    }
+
+private:
+    std::mutex m_mutex;
+    std::map<void*, std::shared_ptr<SemaphoreFile>> m_files;
+    std::uintptr_t m_next = 4;
+};
+
+/// Never destroyed: semaphores of the application's static objects outlive ours.
+Handles& handles()
+{
+    static Handles* const all = new Handles;
+    return *all;
+}
+
+/// A name may have bytes and a length that no file's name has.
+std::string pathOf(const std::string& name)
+{
+    const boost::uuids::name_generator_sha1 generator(boost::uuids::ns::oid());
+    return "/dev/shm/zorvel-semaphore-" + to_string(generator(name));
+}
+
+void* openOrMake(const std::string& name, long initialCount, long maximumCount)
+{
+    const std::shared_ptr<SemaphoreFile> file = SemaphoreFile::open(
+        pathOf(name), static_cast<std::uint32_t>(initialCount), static_cast<std::uint32_t>(maximumCount));
+    return file ? handles().add(file) : nullptr;
+}
+
+bool take(SharedSemaphore& semaphore)
+{
+    std::uint32_t count = semaphore.count;
+    while (count > 0)
+    {
+        if (semaphore.count.compare_exchange_weak(count, count - 1))
+            return true;
+    }
+    return false;
+}
+
+typedef std::chrono::steady_clock Clock;
+
+/// A process may be killed after it gave the semaphore back and before it woke a
+/// sleeper, or when it was woken and before it took the semaphore. The others
+/// then find out by looking themselves.
+const Clock::duration longestSleep = std::chrono::seconds(1);
+
+/// Sleeps while the count is 0, until somebody releases it or the time is over.
+/// False when the system refuses.
+bool sleepWhileTaken(SharedSemaphore& semaphore, Clock::duration time)
+{
+    const auto nanoseconds = std::chrono::nanoseconds(time).count();
+    const timespec limit = {nanoseconds / 1000000000, nanoseconds % 1000000000};
+    return ::syscall(SYS_futex, &semaphore.count, FUTEX_WAIT, 0, &limit, nullptr, 0) == 0 || errno == EAGAIN
+           || errno == EINTR || errno == ETIMEDOUT;
+}
+
+unsigned long takeOrSleep(SharedSemaphore& semaphore, unsigned long milliseconds)
+{
+    const Clock::time_point begin = Clock::now();
+    const std::chrono::milliseconds limit(milliseconds);
+    while (!take(semaphore))
+    {
+        const Clock::duration left = limit - (Clock::now() - begin);
+        if (milliseconds != waitForever && left <= Clock::duration::zero())
+            return waitTimedOut;
+        const bool isLong = milliseconds == waitForever || left > longestSleep;
+        if (!sleepWhileTaken(semaphore, isLong ? longestSleep : left))
+            return waitFailed;
+    }
+    return waitSucceeded;
+}
+
+unsigned long waitInLine(SharedSemaphore& semaphore, unsigned long milliseconds)
+{
+    ++semaphore.sleepers;
+    const unsigned long result = takeOrSleep(semaphore, milliseconds);
+    --semaphore.sleepers;
+    return result;
+}
+
+void wakeSleeper(SharedSemaphore& semaphore)
+{
+    ::syscall(SYS_futex, &semaphore.count, FUTEX_WAKE, 1, nullptr, nullptr, 0);
+}
+
+}  // namespace
+
+void* createSemaphore(const std::string& name, long initialCount, long maximumCount)
+{
+    if (name.size() > longestName || name.find('\0') != std::string::npos)
+    {
+        errno = name.size() > longestName ? ENAMETOOLONG : EINVAL;
+        return nullptr;
+    }
+    try
+    {
+        return openOrMake(name, initialCount, maximumCount);
+    }
+    catch (const std::bad_alloc&)
+    {
+        errno = ENOMEM;
+        return nullptr;
+    }
+}
+
+unsigned long waitForSemaphore(void* handle, unsigned long milliseconds)
+{
+    const std::shared_ptr<SemaphoreFile> file = handles().find(handle);
+    if (!file)
+    {
+        errno = EBADF;
+        return waitFailed;
+    }
+    if (take(file->shared()))
+        return waitSucceeded;
+    return milliseconds == 0 ? waitTimedOut : waitInLine(file->shared(), milliseconds);
+}
+
+bool releaseSemaphore(void* handle)
+{
+    const std::shared_ptr<SemaphoreFile> file = handles().find(handle);
+    if (!file)
+    {
+        errno = EBADF;
+        return false;
+    }
+    SharedSemaphore& semaphore = file->shared();
+    std::uint32_t count = semaphore.count;
+    do
+    {
+        if (count >= semaphore.maximum)
+        {
+            errno = EOVERFLOW;
+            return false;
+        }
+    } while (!semaphore.count.compare_exchange_weak(count, count + 1));
+    if (semaphore.sleepers > 0)
+        wakeSleeper(semaphore);
+    return true;
+}
+
+int closeSemaphore(void* handle)
+{
+    if (handles().remove(handle))
+        return 1;
+    errno = EBADF;
+    return 0;
+}
+
+}  // namespace platform
+}  // namespace zorvel
