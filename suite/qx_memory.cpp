@@ -7,3 +7,8 @@ void qxFree(void* memory)
 {
     std::free(memory);
 }
+
+void* qxMallocWithCheck(std::size_t size)
+{
+    return std::malloc(size);
+}

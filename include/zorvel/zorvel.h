@@ -7,6 +7,7 @@
 #include <zorvel/fsutil.h>
 #include <zorvel/ipc.h>
 #include <zorvel/lockfile.h>
+#include <zorvel/modules.h>
 #include <zorvel/paths.h>
 #include <zorvel/suite.h>
 #include <zorvel/timer.h>

@@ -21,6 +21,9 @@ void failToOpenAFile();
 /// Leaves 0 as the calling thread's last error.
 void clearLastError();
 
+/// Leaves a code as the calling thread's last error.
+void setLastError(unsigned long code);
+
 /// Sets a variable of this process's environment.
 void setEnvironment(const std::string& name, const std::string& value);
 

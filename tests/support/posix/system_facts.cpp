@@ -39,6 +39,11 @@ void clearLastError()
     errno = 0;
 }
 
+void setLastError(unsigned long code)
+{
+    errno = static_cast<int>(code);
+}
+
 void setEnvironment(const std::string& name, const std::string& value)
 {
     setenv(name.c_str(), value.c_str(), 1);

@@ -40,6 +40,11 @@ void clearLastError()
     SetLastError(0);
 }
 
+void setLastError(unsigned long code)
+{
+    SetLastError(code);
+}
+
 void setEnvironment(const std::string& name, const std::string& value)
 {
     _putenv_s(name.c_str(), value.c_str());

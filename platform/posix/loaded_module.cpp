@@ -1,0 +1,119 @@
+#include "platform/posix/loaded_module.h"
+
+#include <cstdio>
+#include <cstring>
+#include <fstream>
+
+#include <dlfcn.h>
+#include <limits.h>
+#include <sys/auxv.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace zorvel {
+namespace platform {
+namespace posix {
+namespace {
+
+bool exists(const std::string& path)
+{
+    struct stat status;
+    return ::lstat(path.c_str(), &status) == 0;
+}
+
+/// The system marks the path of a file that was removed while it is in use.
+std::string withoutRemovalMark(const std::string& path)
+{
+    static const char mark[] = " (deleted)";
+    const std::size_t length = sizeof mark - 1;
+    const bool isMarked = path.size() > length && path.compare(path.size() - length, length, mark) == 0;
+    return isMarked && !exists(path) ? path.substr(0, path.size() - length) : path;
+}
+
+std::string pathOfExecutable()
+{
+    char text[PATH_MAX];
+    const ssize_t length = ::readlink("/proc/self/exe", text, sizeof text);
+    if (length <= 0 || length == ssize_t(sizeof text))
+        return std::string();
+    return withoutRemovalMark(std::string(text, static_cast<std::size_t>(length)));
+}
+
+/// The file that is mapped at an address, as the kernel knows it.
+std::string pathOfMapping(const void* address)
+{
+    const unsigned long wanted = reinterpret_cast<unsigned long>(address);
+    std::ifstream mappings("/proc/self/maps");
+    for (std::string line; std::getline(mappings, line);)
+    {
+        unsigned long first = 0;
+        unsigned long end = 0;
+        if (std::sscanf(line.c_str(), "%lx-%lx", &first, &end) != 2 || wanted < first || wanted >= end)
+            continue;
+        const std::size_t path = line.find('/');
+        return path == std::string::npos ? std::string() : withoutRemovalMark(line.substr(path));
+    }
+    return std::string();
+}
+
+/// The page in which a segment begins.
+ElfW(Addr) beginOf(const ElfW(Phdr)& segment)
+{
+    static const ElfW(Addr) pageSize = static_cast<ElfW(Addr)>(::sysconf(_SC_PAGESIZE));
+    return segment.p_vaddr & ~(pageSize - 1);
+}
+
+}  // namespace
+
+void* LoadedModule::base() const
+{
+    for (int i = 0; i < m_info.dlpi_phnum; ++i)
+    {
+        const ElfW(Phdr)& segment = m_info.dlpi_phdr[i];
+        if (segment.p_type == PT_LOAD)
+            return reinterpret_cast<void*>(m_info.dlpi_addr + beginOf(segment));
+    }
+    return reinterpret_cast<void*>(m_info.dlpi_addr);
+}
+
+bool LoadedModule::holds(const void* address) const
+{
+    const ElfW(Addr) wanted = reinterpret_cast<ElfW(Addr)>(address);
+    for (int i = 0; i < m_info.dlpi_phnum; ++i)
+    {
+        const ElfW(Phdr)& segment = m_info.dlpi_phdr[i];
+        const ElfW(Addr) first = m_info.dlpi_addr + beginOf(segment);
+        const ElfW(Addr) end = m_info.dlpi_addr + segment.p_vaddr + segment.p_memsz;
+        if (segment.p_type == PT_LOAD && first <= wanted && wanted < end)
+            return true;
+    }
+    return false;
+}
+
+/// _dl_find_object takes no lock of the loader's, which the callback could not
+/// wait for.
+bool LoadedModule::isMeantBy(const void* handle) const
+{
+    if (holds(handle))
+        return true;
+    dl_find_object found;
+    return ::_dl_find_object(base(), &found) == 0 && found.dlfo_link_map == handle;
+}
+
+bool LoadedModule::isOfKernel() const
+{
+    return reinterpret_cast<unsigned long>(base()) == ::getauxval(AT_SYSINFO_EHDR);
+}
+
+/// The loader keeps the name that a module was loaded by. A relative one meant
+/// something in the directory that was current then.
+std::string LoadedModule::path() const
+{
+    if (!m_info.dlpi_name[0])
+        return pathOfExecutable();
+    return m_info.dlpi_name[0] == '/' ? m_info.dlpi_name : pathOfMapping(base());
+}
+
+}  // namespace posix
+}  // namespace platform
+}  // namespace zorvel
