@@ -23,13 +23,14 @@ void check(bool done, const std::string& what)
         throw std::runtime_error(what + ": " + std::strerror(errno));
 }
 
-unsigned long exchangeLimit(unsigned long limit)
+template <class Resource>
+unsigned long exchangeLimit(Resource resource, unsigned long limit)
 {
     rlimit limits;
-    check(getrlimit(RLIMIT_NOFILE, &limits) == 0, "limit of descriptors");
+    check(getrlimit(resource, &limits) == 0, "limit of the process");
     const unsigned long before = limits.rlim_cur;
     limits.rlim_cur = limit;
-    check(setrlimit(RLIMIT_NOFILE, &limits) == 0, "limit of descriptors");
+    check(setrlimit(resource, &limits) == 0, "limit of the process");
     return before;
 }
 
@@ -55,19 +56,22 @@ FileMask::~FileMask()
     umask(m_before);
 }
 
-DescriptorLimit::DescriptorLimit(unsigned more) : m_before(exchangeLimit(limitFor(more)))
+DescriptorLimit::DescriptorLimit(unsigned more) : m_before(exchangeLimit(RLIMIT_NOFILE, limitFor(more)))
 {
 }
 
 DescriptorLimit::~DescriptorLimit()
 {
-    exchangeLimit(m_before);
+    exchangeLimit(RLIMIT_NOFILE, m_before);
 }
 
-void forbidFilesToGrow()
+NoGrowth::NoGrowth() : m_before(exchangeLimit(RLIMIT_FSIZE, 0))
 {
-    const rlimit none = {0, 0};
-    check(setrlimit(RLIMIT_FSIZE, &none) == 0, "limit of file sizes");
+}
+
+NoGrowth::~NoGrowth()
+{
+    exchangeLimit(RLIMIT_FSIZE, m_before);
 }
 
 std::size_t openDescriptors()

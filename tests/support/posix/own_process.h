@@ -34,8 +34,18 @@ private:
     unsigned long m_before;
 };
 
-/// From now on no file of the process may grow.
-void forbidFilesToGrow();
+/// No file of the process may grow for as long as the object lives.
+class NoGrowth
+{
+public:
+    NoGrowth();
+    ~NoGrowth();
+    NoGrowth(const NoGrowth&) = delete;
+    NoGrowth& operator=(const NoGrowth&) = delete;
+
+private:
+    unsigned long m_before;
+};
 
 std::size_t openDescriptors();
 /// Mappings of files below a directory, removed ones included.

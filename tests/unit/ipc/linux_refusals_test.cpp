@@ -68,7 +68,7 @@ TEST_F(LinuxRefusals, NoRoomForItsContentThoughItsNameIsThere)
 /// Opens a semaphore in a process whose files may not grow.
 int openWithoutFiles(const std::vector<std::string>& arguments)
 {
-    forbidFilesToGrow();
+    const NoGrowth limit;
     zvSemaphoreIPC semaphore(arguments.at(0), 1, false);
     return semaphore.Open() ? 0 : 1;
 }
