@@ -181,14 +181,22 @@ int PosixChild::wait()
     return WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status);
 }
 
-}  // namespace
-
-std::string programPath()
+std::string readProgramPath()
 {
     char path[PATH_MAX];
     const ssize_t length = readlink("/proc/self/exe", path, sizeof path);
     check(length > 0, "/proc/self/exe");
     return std::string(path, static_cast<std::size_t>(length));
+}
+
+}  // namespace
+
+/// Asked once: a process that has left its mounts behind is told the path as it
+/// is outside a changed root.
+std::string programPath()
+{
+    static const std::string path = readProgramPath();
+    return path;
 }
 
 std::unique_ptr<Child> spawn(const std::vector<std::string>& command, const ProcessOptions& options)
