@@ -59,7 +59,7 @@ public:
     {
         if (m_length == 0)
             m_text[m_length++] = '.';
-        else if (m_length == 2 && m_text[1] == ':')
+        else if (m_length == 2 && m_text[1] == ':' && !isLeadByte(static_cast<unsigned char>(m_text[0])))
             m_text[m_length++] = '\\';
         std::memcpy(out, m_text, m_length);
         out[m_length] = '\0';

@@ -2,6 +2,7 @@
 
 #include "platform/posix/native_path.h"
 #include "tests/support/temporary_tree.h"
+#include "tests/unit/platform/locale_scope.h"
 #include "tests/unit/platform/working_directory.h"
 
 #include <gtest/gtest.h>
@@ -58,6 +59,14 @@ TEST(PathRules, DotsAtTheEndAndWhatIsLeftOfNothing)
     EXPECT_EQ("a", canonical(".\\\\a"));
     EXPECT_EQ("C:\\...\\a", canonical("C:\\...\\a"));
     EXPECT_EQ("C:\\..a", canonical("C:\\..a"));
+}
+
+TEST(PathRules, ADoubleByteCharacterIsNoDrive)
+{
+    const LocaleScope locale("ja_JP.SHIFT_JIS");
+    ASSERT_TRUE(locale.installed());
+    EXPECT_EQ("\x81:", canonical("\x81:"));
+    EXPECT_EQ("A:\\", canonical("A:"));
 }
 
 TEST(FullPath, AbsoluteInput)
