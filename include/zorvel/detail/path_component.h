@@ -83,7 +83,9 @@ inline std::size_t directoryLength(const std::string& path)
         return 0;
     const std::size_t length = static_cast<std::size_t>(separator - path.data());
     const bool onlySeparators = path.find_first_not_of("\\/") >= length;
-    const bool keep = onlySeparators || zvIsRootDir(path.substr(0, length + 1).c_str());
+    const std::string root = path.substr(0, length + 1);
+    // A NUL is a byte like others in a path string, and ends what zvIsRootDir looks at.
+    const bool keep = onlySeparators || (root.find('\0') == std::string::npos && zvIsRootDir(root.c_str()));
     return keep ? length + 1 : length;
 }
 

@@ -299,6 +299,13 @@ TEST(PathStringDirectory, TakesTheTextAsItStands)
     EXPECT_EQ("aa ", bytes(path.directoryPart()));
 }
 
+TEST(PathStringDirectory, ANulIsAByteLikeOthers)
+{
+    const std::string name("\\\0\\name", 7);
+    EXPECT_EQ(std::string("\\\0", 2), bytes(zvPathString(name).directoryPart()));
+    EXPECT_EQ(std::string("C:\\\0", 4), bytes(zvPathString(std::string("C:\\\0\\", 5)).directoryPart()));
+}
+
 TEST(PathStringDirectory, DoubleByteNames)
 {
     const LeadByteScope scope(&isLead932);
