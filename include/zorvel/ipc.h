@@ -113,7 +113,7 @@ private:
     std::string name;
     std::int32_t timeOut;
     bool ownsLock;
-    bool option;
+    [[maybe_unused]] bool option;  // kept for callers that copy it; no operation here reads it
     void* handle;
     unsigned long lastError;
     std::int32_t count;
