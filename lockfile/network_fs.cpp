@@ -78,6 +78,54 @@ int touch(const char* name)
     return file.write(&content, sizeof content);
 }
 
+/// A file that is just being created can carry any time at all for a moment:
+/// an NFS server keeps there, until the creator sends the next request, what
+/// tells the creators of one name apart. Such a time must not make the file
+/// stale, so one that is out of the question is asked for again for a second.
+/// (The local clock only says when to doubt. Where it is wrong by more than
+/// that, every question takes so long, and the answer is the same.)
+const std::int64_t secondsWithoutDoubt = 24 * 60 * 60;
+const int doubtRetries = 100;
+const long doubtPauseMsec = 10;
+
+bool isDoubtful(std::int64_t time)
+{
+    static const ptime epoch(boost::gregorian::date(1970, 1, 1));
+    const std::int64_t now = (platform::universalTime() - epoch).total_microseconds() / 1000000;
+    return time < now - secondsWithoutDoubt || time > now + secondsWithoutDoubt;
+}
+
+/// What the clients of shares say of a file that is just being removed (EBUSY,
+/// on SMB) or replaced (EINVAL, to a Windows program on another system's
+/// client).
+bool isPassing(int code)
+{
+    return code == EBUSY || code == EINVAL;
+}
+
+/// Asks until the answer can be believed or the file is gone; in between,
+/// other answers (a denied one for a file under removal) mean nothing yet.
+int askAgain(const char* name, std::int64_t& time)
+{
+    int code = 0;
+    for (int retries = doubtRetries; retries >= 1; --retries) {
+        platform::sleepFor(doubtPauseMsec);
+        code = platform::modificationTimeAtServer(name, time);
+        if (code == ENOENT || (code == 0 && !isDoubtful(time)))
+            break;
+    }
+    return code;
+}
+
+int believableTime(const char* name, std::int64_t& time)
+{
+    platform::FileStatus status;
+    const int code = platform::fileStatus(name, status);
+    if (code == 0)
+        time = status.modificationTime;
+    return isPassing(code) || (code == 0 && isDoubtful(time)) ? askAgain(name, time) : code;
+}
+
 const char* textOf(const char* name)
 {
     return name ? name : "";
@@ -167,13 +215,13 @@ bool zvNetworkFS::refreshLockFileUntil(const std::string& name, const ptime& dea
 
 zvTime64 zvNetworkFS::getModificationTime(const char* name)
 {
-    platform::FileStatus status;
-    const int code = platform::fileStatus(name, status);
+    std::int64_t time = 0;
+    const int code = believableTime(name, time);
     if (code == ENOENT)
         throw zvFileNotFoundError(textOf(name));
     if (code != 0)
         throw zvFileAccessError(textOf(name));
-    return status.modificationTime;
+    return time;
 }
 
 bool zvNetworkFS::anyMatch(const char* pattern)

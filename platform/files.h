@@ -27,8 +27,14 @@ struct FileStatus
     std::int64_t modificationTime; ///< seconds since 1970-01-01 UTC by the server's clock
 };
 
-/// Follows links.
+/// Follows links. On Linux the server of a share is asked, whatever the client
+/// remembers; on Windows the client may answer.
 int fileStatus(const char* path, FileStatus& status);
+
+/// The modification time (see FileStatus), asked of the server on both systems:
+/// on Windows by opening the file, which a look that is made all the time must
+/// not do.
+int modificationTimeAtServer(const char* path, std::int64_t& seconds);
 
 /// Sets the permission bits of a path; follows links.
 int changeMode(const char* path, unsigned short mode);

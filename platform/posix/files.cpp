@@ -46,18 +46,30 @@ EntryKind entryKind(const char* path)
     return S_ISDIR(status.st_mode) ? EntryKind::directory : EntryKind::file;
 }
 
+/// A plain stat could be answered by a client of NFS with what it learnt up to
+/// a minute ago, be it about a file of the same name that is gone.
 int fileStatus(const char* path, FileStatus& result)
 {
     const NativePath native(path);
-    struct stat status;
+    struct statx status;
     if (!native.c_str())
         return ENOENT;
-    if (stat(native.c_str(), &status) != 0)
-        return errno;
-    result.mode = static_cast<unsigned short>(status.st_mode);
-    result.size = S_ISDIR(status.st_mode) ? 0 : static_cast<std::int32_t>(static_cast<std::uint32_t>(status.st_size));
-    result.modificationTime = status.st_mtime;
+    // A file that its server no longer knows is missing, whatever the client calls that.
+    if (statx(AT_FDCWD, native.c_str(), AT_STATX_FORCE_SYNC, STATX_BASIC_STATS, &status) != 0)
+        return errno == ESTALE ? ENOENT : errno;
+    result.mode = static_cast<unsigned short>(status.stx_mode);
+    result.size = S_ISDIR(status.stx_mode) ? 0 : static_cast<std::int32_t>(static_cast<std::uint32_t>(status.stx_size));
+    result.modificationTime = status.stx_mtime.tv_sec;
     return 0;
+}
+
+int modificationTimeAtServer(const char* path, std::int64_t& seconds)
+{
+    FileStatus status;
+    const int code = fileStatus(path, status);
+    if (code == 0)
+        seconds = status.modificationTime;
+    return code;
 }
 
 int changeMode(const char* path, unsigned short mode)

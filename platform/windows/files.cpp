@@ -41,6 +41,13 @@ bool endsInBackslashTrail(const char* path)
     return false;
 }
 
+std::int64_t secondsOf(const FILETIME& time)
+{
+    const std::int64_t ticks = static_cast<std::int64_t>(
+        (static_cast<std::uint64_t>(time.dwHighDateTime) << 32) | time.dwLowDateTime);
+    return ticks / ticksPerSecond - epochSeconds;
+}
+
 /// What _stat64i32 says, for the names that it mistakes: MinGW's runtime takes
 /// a final byte 0x5C for a separator and cuts it off.
 int statusByAttributes(const char* path, FileStatus& result)
@@ -52,9 +59,7 @@ int statusByAttributes(const char* path, FileStatus& result)
     const bool isReadOnly = (data.dwFileAttributes & FILE_ATTRIBUTE_READONLY) != 0;
     result.mode = static_cast<unsigned short>((isDirectory ? _S_IFDIR | 0111 : _S_IFREG) | (isReadOnly ? 0444 : 0666));
     result.size = isDirectory ? 0 : static_cast<std::int32_t>(data.nFileSizeLow);
-    const std::int64_t ticks = static_cast<std::int64_t>(
-        (static_cast<std::uint64_t>(data.ftLastWriteTime.dwHighDateTime) << 32) | data.ftLastWriteTime.dwLowDateTime);
-    result.modificationTime = ticks / ticksPerSecond - epochSeconds;
+    result.modificationTime = secondsOf(data.ftLastWriteTime);
     return 0;
 }
 
@@ -83,6 +88,25 @@ int fileStatus(const char* path, FileStatus& result)
     result.size = status.st_mode & _S_IFDIR ? 0 : static_cast<std::int32_t>(status.st_size);
     result.modificationTime = status.st_mtime;
     return 0;
+}
+
+/// Whoever removes or opens the file meanwhile is let.
+int modificationTimeAtServer(const char* path, std::int64_t& seconds)
+{
+    if (!path)
+        return ENOENT;
+    const DWORD all = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+    const HANDLE file =
+        CreateFileA(path, FILE_READ_ATTRIBUTES, all, nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+    if (file == INVALID_HANDLE_VALUE)
+        return windows::codeOfLookup(GetLastError());
+    FILETIME written;
+    const bool known = GetFileTime(file, nullptr, nullptr, &written);
+    const int code = known ? 0 : windows::codeOfLookup(GetLastError());
+    CloseHandle(file);
+    if (known)
+        seconds = secondsOf(written);
+    return code;
 }
 
 int changeMode(const char* path, unsigned short mode)

@@ -245,6 +245,18 @@ TEST_F(NetworkFsFaults, ATimeThatCannotBeReadIsThrown)
     EXPECT_THROW(m_fs->getModificationTime(m_name.c_str()), zvFileNotFoundError);
 }
 
+TEST_F(NetworkFsFaults, ATimeThatCannotBeReadWhileTheFileGoesIsAskedForAgain)
+{
+    m_tree.file("file");
+    fake_clock::set(boost::posix_time::ptime(boost::gregorian::date(1970, 1, 1)) +
+                    boost::posix_time::seconds(m_tree.modificationTime("file")));
+    for (const int code : {EBUSY, EINVAL}) {
+        seam_faults::failNext(seam_faults::fileStatus, code, 1);
+        EXPECT_EQ(m_tree.modificationTime("file"), m_fs->getModificationTime(m_name.c_str()));
+    }
+    EXPECT_EQ(sleepsOf(2, 10), fake_clock::sleeps());
+}
+
 /// What a search says when it fails with a code, at its beginning or its end.
 std::string textOfFailedSearch(const std::string& pattern, seam_faults::Operation operation, int code)
 {
