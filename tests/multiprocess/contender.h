@@ -20,6 +20,10 @@ struct Task
     /// "exclusive": takes the exclusive lock. "reader", "writer", "downgrader"
     /// (a writer that becomes a reader of its own release): the read-write
     /// lock. "unlocked-reader", "unlocked-writer": take no lock at all.
+    /// "asking-exclusive", "asking-reader", "asking-writer" and
+    /// "asking-downgrader" take the same locks on a share, where a look can be
+    /// old: nobody shows there that it is inside, and whoever listens numbers
+    /// the marks (see askMark).
     std::string role;
     std::string directory;
     int id;
@@ -46,12 +50,21 @@ public:
 
 void say(const std::string& line);
 
+/// Says "mark? EVENT" and waits for the number that the listener gives the
+/// mark. What a worker did before it asked
+/// came before what another did after it was answered, so the numbers of one
+/// listener order the events of several machines without a clock. Throws
+/// std::runtime_error when nobody answers any more.
+void askMark(const std::string& event);
+
 /// Throws std::invalid_argument for a role that does not exist.
 std::unique_ptr<Contender> makeContender(const Task& task);
 
 std::unique_ptr<Contender> makeExclusiveContender(const Task& task);
 /// Empty for another role.
 std::unique_ptr<Contender> makeReadWriteContender(const Task& task);
+/// Empty for another role.
+std::unique_ptr<Contender> makeAskingContender(const Task& task);
 
 }  // namespace test
 }  // namespace zorvel

@@ -53,8 +53,10 @@ std::vector<Launcher> launchers()
     return result;
 }
 
-Worker::Worker(const Launcher& launcher, const std::string& directory, int id, const Part& part, int victim)
+Worker::Worker(const Launcher& launcher, const std::string& directory, int id, const Part& part, int victim,
+               std::atomic<int>& numbers)
     : m_id(id),
+      m_numbers(numbers),
       m_process(commandLine(launcher, directory, id, part, victim)),
       m_ended(false),
       m_reader([this] { read(); })
@@ -92,8 +94,16 @@ void Worker::note(const std::string& line)
     mark.worker = m_id;
     if (first == "mark" && words >> mark.number >> mark.event)
         m_marks.push_back(mark);
+    else if (first == "mark?" && words >> mark.event)
+        answer(mark.event);
     else if (first == "wrong:")
         m_complaints.push_back("worker " + std::to_string(m_id) + ' ' + line);
+}
+
+void Worker::answer(const std::string& event)
+{
+    m_marks.push_back(Mark{m_numbers++, m_id, event});
+    m_process.writeLine(std::to_string(m_marks.back().number));
 }
 
 bool Worker::waitSaid(const std::string& word, int times)
@@ -143,11 +153,17 @@ Fleet::Fleet(const std::string& directory, int size, int holds, int holdMsec)
 }
 
 Fleet::Fleet(const std::string& directory, const std::vector<Part>& parts, int victim)
+    : Fleet(launchers(), directory, parts, victim)
 {
-    const std::vector<Launcher> kinds = launchers();
+}
+
+Fleet::Fleet(const std::vector<Launcher>& kinds, const std::string& directory, const std::vector<Part>& parts,
+             int victim)
+    : m_numbers(0)
+{
     for (std::size_t i = 0; i < parts.size(); ++i)
         m_workers.emplace_back(
-            new Worker(kinds[i % kinds.size()], directory, static_cast<int>(i), parts[i], victim));
+            new Worker(kinds[i % kinds.size()], directory, static_cast<int>(i), parts[i], victim, m_numbers));
 }
 
 void Fleet::waitReady()

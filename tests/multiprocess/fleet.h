@@ -38,7 +38,9 @@ struct Part
 class Worker
 {
 public:
-    Worker(const Launcher& launcher, const std::string& directory, int id, const Part& part, int victim);
+    /// `numbers` gives the marks that it asks for their numbers.
+    Worker(const Launcher& launcher, const std::string& directory, int id, const Part& part, int victim,
+           std::atomic<int>& numbers);
     ~Worker();
 
     void waitReady();
@@ -65,8 +67,10 @@ public:
 private:
     void read();
     void note(const std::string& line);
+    void answer(const std::string& event);
 
     const int m_id;
+    std::atomic<int>& m_numbers;
     Process m_process;
     std::map<std::string, int> m_said;
     std::vector<Mark> m_marks;
@@ -86,6 +90,9 @@ public:
     /// One worker for each part. `victim` is the one that is going to be
     /// killed, whose traces the others are prepared for.
     Fleet(const std::string& directory, const std::vector<Part>& parts, int victim = -1);
+    /// The same, by these instead of launchers().
+    Fleet(const std::vector<Launcher>& kinds, const std::string& directory, const std::vector<Part>& parts,
+          int victim = -1);
 
     Worker& operator[](int index) { return *m_workers[index]; }
     const Worker& worker(int index) const { return *m_workers[index]; }
@@ -103,6 +110,7 @@ public:
     std::vector<std::string> complaints() const;
 
 private:
+    std::atomic<int> m_numbers;
     std::vector<std::unique_ptr<Worker>> m_workers;
 };
 

@@ -25,11 +25,21 @@ void say(const std::string& line)
     std::cout << line << std::endl;
 }
 
+void askMark(const std::string& event)
+{
+    say("mark? " + event);
+    std::string answer;
+    if (!std::getline(std::cin, answer))
+        throw std::runtime_error("nobody numbers the mark");
+}
+
 std::unique_ptr<Contender> makeContender(const Task& task)
 {
     if (task.role == "exclusive")
         return makeExclusiveContender(task);
     std::unique_ptr<Contender> contender = makeReadWriteContender(task);
+    if (!contender)
+        contender = makeAskingContender(task);
     if (!contender)
         throw std::invalid_argument("no such role: " + task.role);
     return contender;

@@ -109,6 +109,14 @@ void ReleaseSet::write(int generation, int writer, const std::function<void()>& 
 {
     const std::set<int> killed = writers();
     put(writingFile(writer), std::string());
+    replace(generation, writer, halfWay);
+    for (const int other : killed)
+        std::filesystem::remove(writingFile(other));
+    std::filesystem::remove(writingFile(writer));
+}
+
+void ReleaseSet::replace(int generation, int writer, const std::function<void()>& halfWay) const
+{
     const std::vector<std::string> files = releaseFiles(generation, writer);
     for (int i = 0; i < releaseSize; ++i) {
         if (i == releaseSize / 2)
@@ -116,18 +124,22 @@ void ReleaseSet::write(int generation, int writer, const std::function<void()>& 
         put(file(i), files[i]);
         std::this_thread::yield();
     }
-    for (const int other : killed)
-        std::filesystem::remove(writingFile(other));
-    std::filesystem::remove(writingFile(writer));
 }
 
 Look ReleaseSet::look() const
 {
     const std::set<int> writing = writers();
+    Look look = content();
+    look.writing = writing;
+    return look;
+}
+
+Look ReleaseSet::content() const
+{
     std::vector<std::string> files;
     for (int i = 0; i < releaseSize; ++i)
         files.push_back(contentOf(file(i)));
-    return judge(files, writing);
+    return judge(files, std::set<int>());
 }
 
 std::filesystem::path ReleaseSet::file(int index) const

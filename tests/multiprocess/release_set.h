@@ -55,6 +55,10 @@ public:
 
     Look look() const;
 
+    /// The same two without a file that says who writes: `writing` is empty.
+    void replace(int generation, int writer, const std::function<void()>& halfWay) const;
+    Look content() const;
+
 private:
     std::filesystem::path file(int index) const;
     std::filesystem::path writingFile(int writer) const;

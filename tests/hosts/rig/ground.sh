@@ -1,0 +1,31 @@
+# Whether this machine can carry the rig. Sourced.
+
+# The programs that the rig calls, and the package that each is in.
+declare -A needed=([linux.uml]=user-mode-linux [ip]=iproute2 [bridge]=iproute2 [modprobe]=kmod [sshd]=openssh-server
+    [ssh]=openssh-client [mount.nfs]=nfs-common [rpc.nfsd]=nfs-kernel-server [rpcbind]=rpcbind [mount.cifs]=cifs-utils
+    [smbd]=samba [mkfs.ext4]=e2fsprogs [perl]=perl-base)
+
+missing_programs() {
+    local program
+    for program in "${!needed[@]}"; do
+        command -v "$program" >/dev/null || echo "$program (${needed[$program]})"
+    done
+}
+
+# Prints why the rig cannot run here; nothing when it can. That a guest really boots is seen when it does.
+obstacle() {
+    local lacking
+    [ "$(uname -m)" = x86_64 ] || { echo "the guests' kernel is for x86-64, this machine is $(uname -m)"; return; }
+    [ "$(id -u)" = 0 ] || { echo "this needs root, for name spaces and network devices"; return; }
+    lacking=$(missing_programs | sort)
+    [ -z "$lacking" ] || { echo "missing: ${lacking//$'\n'/, }; scripts/setup hosts installs it"; return; }
+    own_name_spaces true 2>/dev/null || { echo "this machine allows no name spaces of our own"; return; }
+    own_name_spaces ip tuntap add probe mode tap 2>/dev/null || { echo "this machine allows no virtual network cards"; return; }
+}
+
+# own_name_spaces COMMAND...: runs it as the first process of name spaces of its own: processes, network, mounts. When the
+# command ends, or this shell, in whatever way, the system ends every process in there and takes the network and the mounts
+# away: nothing has to be cleaned up.
+own_name_spaces() {
+    setpriv --pdeathsig KILL unshare --fork --kill-child=KILL --pid --mount-proc --net --mount --uts "$@"
+}
