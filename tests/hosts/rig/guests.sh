@@ -50,6 +50,7 @@ kill_guest() {
     ssh_close "$1"
 }
 
+# The connection that commands shared would otherwise wait for the machine that is gone.
 ssh_close() { ssh -F "$work/ssh/config" -O exit "$1" 2>/dev/null || true; }
 
 # Commands share one connection to each guest, which lives as long as the rig. Its socket lies on the rig's own /mnt, where
@@ -74,11 +75,4 @@ Host *
     ControlPath /mnt/to-%h
     ControlPersist yes
 END
-}
-
-# on GUEST COMMAND...: the words are quoted as they are.
-on() {
-    local name=$1
-    shift
-    ssh -F "$work/ssh/config" "$name" "$(printf '%q ' "$@")"
 }

@@ -26,7 +26,7 @@ mount_share() {
 mount_shares() {
     local name
     for name in "${mounts[@]}"; do
-        mount_share "$name" || echo "mount of $name failed" >&2
+        mount_share "$name"
     done
-    mount | grep -c " on $shares/"
+    mount | grep " on $shares/"
 }
