@@ -1,3 +1,4 @@
+#include "lockfile/detail/periodic_refresh.h"
 #include "lockfile/detail/require_fs.h"
 
 #include "lockfile/lock_name.h"
@@ -15,7 +16,11 @@ class Refresh
 {
 public:
     Refresh(const boost::shared_ptr<zvAbstractFS>& fs, const std::string& name) : m_fs(fs), m_name(name) {}
-    void operator()() const { m_fs->refreshLockFile(m_name); }
+    void operator()() const
+    {
+        const zorvel::lockfile::PeriodicRefresh periodic;
+        m_fs->refreshLockFile(m_name);
+    }
 
 private:
     boost::shared_ptr<zvAbstractFS> m_fs;

@@ -1,4 +1,5 @@
 #include "lockfile/detail/network_fs.h"
+#include "lockfile/detail/periodic_refresh.h"
 
 #include <zorvel/errors.h>
 #include <zorvel/paths.h>
@@ -67,7 +68,11 @@ std::uint32_t nextRefreshContent()
     return content;
 }
 
-/// One attempt to write to a file and so to have its server stamp it anew.
+/// One attempt to write to a file and so to have its server stamp it anew. A
+/// client of SMB keeps a file open for a second after it was closed, and while
+/// it is opened again before that, other clients go on seeing its first time;
+/// a flush shows them the new one. The touches of an acquire need none: the
+/// second in which the file is closed has not begun.
 int touch(const char* name)
 {
     platform::WritableFile file;
@@ -75,7 +80,8 @@ int touch(const char* name)
     if (code != 0)
         return code;
     const std::uint32_t content = nextRefreshContent();
-    return file.write(&content, sizeof content);
+    const int written = file.write(&content, sizeof content);
+    return written == 0 && PeriodicRefresh::underWay() ? file.flush() : written;
 }
 
 /// A file that is just being created can carry any time at all for a moment:

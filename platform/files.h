@@ -72,6 +72,9 @@ public:
     /// all of it was written. A short write gives EIO.
     int write(const void* data, std::size_t size);
 
+    /// Returns when what was written is at its disk or server.
+    int flush();
+
     void close();
 
 private:

@@ -134,6 +134,15 @@ int WritableFile::write(const void* data, std::size_t size)
     return static_cast<std::size_t>(written) == size ? 0 : EIO;
 }
 
+int WritableFile::flush()
+{
+    int result;
+    do
+        result = fsync(m_descriptor);
+    while (result == -1 && errno == EINTR);
+    return codeOf(result);
+}
+
 void WritableFile::close()
 {
     if (m_descriptor != -1)

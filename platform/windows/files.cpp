@@ -159,6 +159,11 @@ int WritableFile::write(const void* data, std::size_t size)
     return static_cast<std::size_t>(written) == size ? 0 : EIO;
 }
 
+int WritableFile::flush()
+{
+    return m_descriptor != -1 ? codeOf(_commit(m_descriptor)) : EBADF;
+}
+
 void WritableFile::close()
 {
     if (m_descriptor != -1)

@@ -64,6 +64,19 @@ TEST(Files, TellTheModificationTimeThatTheServerHas)
     EXPECT_EQ(modificationTimeAtServer("", seconds), ENOENT);
 }
 
+TEST(Files, FlushWhatIsOpen)
+{
+    TemporaryTree tree;
+    WritableFile file;
+    EXPECT_EQ(file.flush(), EBADF);
+    ASSERT_EQ(file.open(tree.path("file").c_str(), OpenMode::createNew), 0);
+    ASSERT_EQ(file.write("1234", 4), 0);
+    EXPECT_EQ(file.flush(), 0);
+    file.close();
+    EXPECT_EQ(file.flush(), EBADF);
+    EXPECT_EQ(tree.content("file"), "1234");
+}
+
 TEST(Files, CreateExclusively)
 {
     TemporaryTree tree;

@@ -1,7 +1,10 @@
 #include <zorvel/errors.h>
 #include <zorvel/lockfile.h>
 
+#include "lockfile/detail/periodic_refresh.h"
+
 #include "tests/support/fake_clock.h"
+#include "tests/support/fake_timer.h"
 #include "tests/support/temporary_tree.h"
 #include "tests/unit/lockfile/seam_faults.h"
 
@@ -227,6 +230,36 @@ TEST_F(NetworkFsFaults, AShortWriteIsAFailedRefresh)
     seam_faults::failNext(seam_faults::write, EIO, 3);
     EXPECT_TRUE(refresh(in(5)));
     EXPECT_EQ(4u, m_tree.content("file").size());
+}
+
+TEST_F(NetworkFsFaults, OnlyAPeriodicRefreshIsFlushed)
+{
+    EXPECT_TRUE(refresh(in(1000)));
+    EXPECT_EQ(0u, seam_faults::calls(seam_faults::flush));
+    {
+        const zorvel::lockfile::PeriodicRefresh periodic;
+        EXPECT_TRUE(refresh(in(1000)));
+    }
+    EXPECT_EQ(1u, seam_faults::calls(seam_faults::flush));
+    EXPECT_TRUE(refresh(in(1000)));
+    EXPECT_EQ(1u, seam_faults::calls(seam_faults::flush));
+}
+
+TEST_F(NetworkFsFaults, ARefreshThatCannotBeFlushedIsTriedAgain)
+{
+    const zorvel::lockfile::PeriodicRefresh periodic;
+    seam_faults::failNext(seam_faults::flush, EIO, 2);
+    EXPECT_TRUE(refresh(in(1000)));
+    EXPECT_EQ(3u, seam_faults::calls(seam_faults::flush));
+}
+
+/// The timer's touch is a periodic one; the first is not.
+TEST_F(NetworkFsFaults, ALockFileFlushesWhatItsTimerRefreshes)
+{
+    const zvLockFile file(m_name, boost::posix_time::seconds(1), m_fs);
+    EXPECT_EQ(0u, seam_faults::calls(seam_faults::flush));
+    zorvel::test::fake_timer::fire();
+    EXPECT_EQ(1u, seam_faults::calls(seam_faults::flush));
 }
 
 TEST_F(NetworkFsFaults, ATimeThatCannotBeReadIsThrown)

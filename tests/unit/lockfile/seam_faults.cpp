@@ -78,6 +78,9 @@ int realSearch(DirectorySearch* self, const char* pattern)
 int realSearchEnd(const DirectorySearch* self) __asm__("__real__ZNK6zorvel8platform15DirectorySearch4codeEv");
 int realWrite(WritableFile* self, const void* data, std::size_t size) __asm__(ZORVEL_REAL_WRITE);
 
+int realFlush(WritableFile* self) __asm__("__real__ZN6zorvel8platform12WritableFile5flushEv");
+
+int wrappedFlush(WritableFile* self) __asm__("__wrap__ZN6zorvel8platform12WritableFile5flushEv");
 int wrappedRemoveFile(const char* path) __asm__("__wrap__ZN6zorvel8platform10removeFileEPKc");
 int wrappedFileStatus(const char* path, FileStatus& status)
     __asm__("__wrap__ZN6zorvel8platform10fileStatusEPKcRNS0_10FileStatusE");
@@ -98,6 +101,12 @@ int wrappedFileStatus(const char* path, FileStatus& status)
 {
     const int code = faults::next(faults::fileStatus);
     return code != 0 ? code : realFileStatus(path, status);
+}
+
+int wrappedFlush(WritableFile* self)
+{
+    const int code = faults::next(faults::flush);
+    return code != 0 ? code : realFlush(self);
 }
 
 int wrappedOpen(WritableFile* self, const char* path, OpenMode mode)

@@ -14,6 +14,7 @@ enum Operation
     fileStatus,
     open,
     write,
+    flush,
     search,
     searchEnd,
     operationCount
