@@ -19,13 +19,11 @@ obstacle() {
     [ "$(id -u)" = 0 ] || { echo "this needs root, for name spaces and network devices"; return; }
     lacking=$(missing_programs | sort)
     [ -z "$lacking" ] || { echo "missing: ${lacking//$'\n'/, }; scripts/setup hosts installs it"; return; }
-    own_name_spaces true 2>/dev/null || { echo "this machine allows no name spaces of our own"; return; }
-    own_name_spaces ip tuntap add probe mode tap 2>/dev/null || { echo "this machine allows no virtual network cards"; return; }
+    "${own_name_spaces[@]}" true 2>/dev/null || { echo "this machine allows no name spaces of our own"; return; }
+    "${own_name_spaces[@]}" ip tuntap add probe mode tap 2>/dev/null || { echo "this machine allows no virtual network cards"; return; }
 }
 
-# own_name_spaces COMMAND...: runs it as the first process of name spaces of its own: processes, network, mounts. When the
-# command ends, or this shell, in whatever way, the system ends every process in there and takes the network and the mounts
-# away: nothing has to be cleaned up.
-own_name_spaces() {
-    setpriv --pdeathsig KILL unshare --fork --kill-child=KILL --pid --mount-proc --net --mount --uts "$@"
-}
+# What a command is preceded by to be the first process of name spaces of its own: processes, network, mounts. When it ends, or
+# the shell that started it, in whatever way, the system ends every process in there and takes the network and the mounts
+# away: nothing has to be cleaned up. (No function: in the background that would be a shell between the two.)
+own_name_spaces=(setpriv --pdeathsig KILL unshare --fork --kill-child=KILL --pid --mount-proc --net --mount --uts)
