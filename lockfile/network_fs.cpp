@@ -125,10 +125,7 @@ int askAgain(const char* name, std::int64_t& time)
 
 int believableTime(const char* name, std::int64_t& time)
 {
-    platform::FileStatus status;
-    const int code = platform::fileStatus(name, status);
-    if (code == 0)
-        time = status.modificationTime;
+    const int code = platform::modificationTime(name, time);
     return isPassing(code) || (code == 0 && isDoubtful(time)) ? askAgain(name, time) : code;
 }
 

@@ -27,13 +27,16 @@ struct FileStatus
     std::int64_t modificationTime; ///< seconds since 1970-01-01 UTC by the server's clock
 };
 
-/// Follows links. On Linux the server of a share is asked, whatever the client
-/// remembers; on Windows the client may answer.
+/// Follows links. The client of a share may answer with what it remembers.
 int fileStatus(const char* path, FileStatus& status);
 
-/// The modification time (see FileStatus), asked of the server on both systems:
-/// on Windows by opening the file, which a look that is made all the time must
-/// not do.
+/// The modification time alone (see FileStatus). On Linux the server of a share
+/// is asked, whatever its client remembers, and a file that the server no longer
+/// knows is missing; on Windows the client may answer.
+int modificationTime(const char* path, std::int64_t& seconds);
+
+/// The same, asked of the server on both systems: on Windows by opening the
+/// file, which a look that is made all the time must not do.
 int modificationTimeAtServer(const char* path, std::int64_t& seconds);
 
 /// Sets the permission bits of a path; follows links.
@@ -72,7 +75,9 @@ public:
     /// all of it was written. A short write gives EIO.
     int write(const void* data, std::size_t size);
 
-    /// Returns when what was written is at its disk or server.
+    /// Returns when other machines can see what was written. Linux: does nothing
+    /// but on SMB, where closing is not enough. Windows cannot tell such a share
+    /// and has everything written to its disk or server.
     int flush();
 
     void close();

@@ -4,8 +4,10 @@
 
 #include <errno.h>
 #include <fcntl.h>
+#include <linux/magic.h>
 #include <sys/stat.h>
 #include <sys/statvfs.h>
+#include <sys/vfs.h>
 #include <unistd.h>
 
 namespace zorvel {
@@ -27,6 +29,15 @@ bool isDirectoryItself(const char* path)
     return lstat(path, &status) == 0 && S_ISDIR(status.st_mode);
 }
 
+int sync(int descriptor)
+{
+    int result;
+    do
+        result = fsync(descriptor);
+    while (result == -1 && errno == EINTR);
+    return codeOf(result);
+}
+
 EntryKind linkKind(const char* path)
 {
     struct stat target;
@@ -46,30 +57,37 @@ EntryKind entryKind(const char* path)
     return S_ISDIR(status.st_mode) ? EntryKind::directory : EntryKind::file;
 }
 
+int fileStatus(const char* path, FileStatus& result)
+{
+    const NativePath native(path);
+    struct stat status;
+    if (!native.c_str())
+        return ENOENT;
+    if (stat(native.c_str(), &status) != 0)
+        return errno;
+    result.mode = static_cast<unsigned short>(status.st_mode);
+    result.size = S_ISDIR(status.st_mode) ? 0 : static_cast<std::int32_t>(static_cast<std::uint32_t>(status.st_size));
+    result.modificationTime = status.st_mtime;
+    return 0;
+}
+
 /// A plain stat could be answered by a client of NFS with what it learnt up to
 /// a minute ago, be it about a file of the same name that is gone.
-int fileStatus(const char* path, FileStatus& result)
+int modificationTime(const char* path, std::int64_t& seconds)
 {
     const NativePath native(path);
     struct statx status;
     if (!native.c_str())
         return ENOENT;
-    // A file that its server no longer knows is missing, whatever the client calls that.
-    if (statx(AT_FDCWD, native.c_str(), AT_STATX_FORCE_SYNC, STATX_BASIC_STATS, &status) != 0)
+    if (statx(AT_FDCWD, native.c_str(), AT_STATX_FORCE_SYNC, STATX_MTIME, &status) != 0)
         return errno == ESTALE ? ENOENT : errno;
-    result.mode = static_cast<unsigned short>(status.stx_mode);
-    result.size = S_ISDIR(status.stx_mode) ? 0 : static_cast<std::int32_t>(static_cast<std::uint32_t>(status.stx_size));
-    result.modificationTime = status.stx_mtime.tv_sec;
+    seconds = status.stx_mtime.tv_sec;
     return 0;
 }
 
 int modificationTimeAtServer(const char* path, std::int64_t& seconds)
 {
-    FileStatus status;
-    const int code = fileStatus(path, status);
-    if (code == 0)
-        seconds = status.modificationTime;
-    return code;
+    return modificationTime(path, seconds);
 }
 
 int changeMode(const char* path, unsigned short mode)
@@ -134,13 +152,15 @@ int WritableFile::write(const void* data, std::size_t size)
     return static_cast<std::size_t>(written) == size ? 0 : EIO;
 }
 
+/// What a file system of this machine has was seen by everybody when it was
+/// written, and NFS sends it off when the file is closed.
 int WritableFile::flush()
 {
-    int result;
-    do
-        result = fsync(m_descriptor);
-    while (result == -1 && errno == EINTR);
-    return codeOf(result);
+    struct statfs system;
+    if (fstatfs(m_descriptor, &system) != 0)
+        return errno;
+    const std::uint32_t type = static_cast<std::uint32_t>(system.f_type);
+    return type == CIFS_SUPER_MAGIC || type == SMB2_SUPER_MAGIC ? sync(m_descriptor) : 0;
 }
 
 void WritableFile::close()

@@ -90,6 +90,15 @@ int fileStatus(const char* path, FileStatus& result)
     return 0;
 }
 
+int modificationTime(const char* path, std::int64_t& seconds)
+{
+    FileStatus status;
+    const int code = fileStatus(path, status);
+    if (code == 0)
+        seconds = status.modificationTime;
+    return code;
+}
+
 /// Whoever removes or opens the file meanwhile is let.
 int modificationTimeAtServer(const char* path, std::int64_t& seconds)
 {

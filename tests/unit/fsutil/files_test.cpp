@@ -46,22 +46,32 @@ TEST(Files, TellTheStatus)
     EXPECT_EQ(fileStatus("", status), ENOENT);
 }
 
-TEST(Files, TellTheModificationTimeThatTheServerHas)
+void expectTimesOf(int (*timeOf)(const char*, std::int64_t&))
 {
     TemporaryTree tree;
     tree.directory("dir");
     tree.file("file");
     const std::int64_t written = tree.modificationTime("file");
     std::int64_t seconds = 0;
-    ASSERT_EQ(modificationTimeAtServer(tree.path("file").c_str(), seconds), 0);
+    ASSERT_EQ(timeOf(tree.path("file").c_str(), seconds), 0);
     EXPECT_EQ(seconds, written);
     tree.age("file", -5000);
-    ASSERT_EQ(modificationTimeAtServer(tree.path("file").c_str(), seconds), 0);
+    ASSERT_EQ(timeOf(tree.path("file").c_str(), seconds), 0);
     EXPECT_EQ(seconds, written - 5000);
-    EXPECT_EQ(modificationTimeAtServer(tree.path("dir").c_str(), seconds), 0);
-    EXPECT_EQ(modificationTimeAtServer(tree.path("missing").c_str(), seconds), ENOENT);
-    EXPECT_EQ(modificationTimeAtServer(nullptr, seconds), ENOENT);
-    EXPECT_EQ(modificationTimeAtServer("", seconds), ENOENT);
+    EXPECT_EQ(timeOf(tree.path("dir").c_str(), seconds), 0);
+    EXPECT_EQ(timeOf(tree.path("missing").c_str(), seconds), ENOENT);
+    EXPECT_EQ(timeOf(nullptr, seconds), ENOENT);
+    EXPECT_EQ(timeOf("", seconds), ENOENT);
+}
+
+TEST(Files, TellTheirModificationTime)
+{
+    expectTimesOf(&modificationTime);
+}
+
+TEST(Files, TellTheModificationTimeThatTheServerHas)
+{
+    expectTimesOf(&modificationTimeAtServer);
 }
 
 TEST(Files, FlushWhatIsOpen)

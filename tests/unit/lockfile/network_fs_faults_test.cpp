@@ -266,7 +266,7 @@ TEST_F(NetworkFsFaults, ATimeThatCannotBeReadIsThrown)
 {
     m_tree.file("file");
     for (const int code : {EACCES, EIO, ENOTDIR}) {
-        seam_faults::failNext(seam_faults::fileStatus, code, 1);
+        seam_faults::failNext(seam_faults::modificationTime, code, 1);
         try {
             m_fs->getModificationTime(m_name.c_str());
             FAIL() << "a time was read";
@@ -274,7 +274,7 @@ TEST_F(NetworkFsFaults, ATimeThatCannotBeReadIsThrown)
             EXPECT_EQ("File system error occurred: " + m_name, error.what());
         }
     }
-    seam_faults::failNext(seam_faults::fileStatus, ENOENT, 1);
+    seam_faults::failNext(seam_faults::modificationTime, ENOENT, 1);
     EXPECT_THROW(m_fs->getModificationTime(m_name.c_str()), zvFileNotFoundError);
 }
 
@@ -284,7 +284,7 @@ TEST_F(NetworkFsFaults, ATimeThatCannotBeReadWhileTheFileGoesIsAskedForAgain)
     fake_clock::set(boost::posix_time::ptime(boost::gregorian::date(1970, 1, 1)) +
                     boost::posix_time::seconds(m_tree.modificationTime("file")));
     for (const int code : {EBUSY, EINVAL}) {
-        seam_faults::failNext(seam_faults::fileStatus, code, 1);
+        seam_faults::failNext(seam_faults::modificationTime, code, 1);
         EXPECT_EQ(m_tree.modificationTime("file"), m_fs->getModificationTime(m_name.c_str()));
     }
     EXPECT_EQ(sleepsOf(2, 10), fake_clock::sleeps());

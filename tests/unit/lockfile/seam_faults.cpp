@@ -69,21 +69,18 @@ using namespace zorvel::platform;
 namespace faults = zorvel::test::seam_faults;
 
 int realRemoveFile(const char* path) __asm__("__real__ZN6zorvel8platform10removeFileEPKc");
-int realFileStatus(const char* path, FileStatus& status)
-    __asm__("__real__ZN6zorvel8platform10fileStatusEPKcRNS0_10FileStatusE");
+int realModificationTime(const char* path, std::int64_t& seconds) __asm__(ZORVEL_REAL_TIME);
 int realOpen(WritableFile* self, const char* path, OpenMode mode)
     __asm__("__real__ZN6zorvel8platform12WritableFile4openEPKcNS0_8OpenModeE");
 int realSearch(DirectorySearch* self, const char* pattern)
     __asm__("__real__ZN6zorvel8platform15DirectorySearch4openEPKc");
 int realSearchEnd(const DirectorySearch* self) __asm__("__real__ZNK6zorvel8platform15DirectorySearch4codeEv");
 int realWrite(WritableFile* self, const void* data, std::size_t size) __asm__(ZORVEL_REAL_WRITE);
-
 int realFlush(WritableFile* self) __asm__("__real__ZN6zorvel8platform12WritableFile5flushEv");
 
 int wrappedFlush(WritableFile* self) __asm__("__wrap__ZN6zorvel8platform12WritableFile5flushEv");
 int wrappedRemoveFile(const char* path) __asm__("__wrap__ZN6zorvel8platform10removeFileEPKc");
-int wrappedFileStatus(const char* path, FileStatus& status)
-    __asm__("__wrap__ZN6zorvel8platform10fileStatusEPKcRNS0_10FileStatusE");
+int wrappedModificationTime(const char* path, std::int64_t& seconds) __asm__(ZORVEL_WRAPPED_TIME);
 int wrappedOpen(WritableFile* self, const char* path, OpenMode mode)
     __asm__("__wrap__ZN6zorvel8platform12WritableFile4openEPKcNS0_8OpenModeE");
 int wrappedSearch(DirectorySearch* self, const char* pattern)
@@ -97,10 +94,10 @@ int wrappedRemoveFile(const char* path)
     return code != 0 ? code : realRemoveFile(path);
 }
 
-int wrappedFileStatus(const char* path, FileStatus& status)
+int wrappedModificationTime(const char* path, std::int64_t& seconds)
 {
-    const int code = faults::next(faults::fileStatus);
-    return code != 0 ? code : realFileStatus(path, status);
+    const int code = faults::next(faults::modificationTime);
+    return code != 0 ? code : realModificationTime(path, seconds);
 }
 
 int wrappedFlush(WritableFile* self)

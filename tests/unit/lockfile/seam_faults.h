@@ -11,7 +11,7 @@ namespace seam_faults {
 enum Operation
 {
     removeFile,
-    fileStatus,
+    modificationTime,
     open,
     write,
     flush,
