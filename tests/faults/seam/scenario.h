@@ -1,0 +1,98 @@
+#pragma once
+
+#include "tests/support/seam_faults.h"
+
+#include <functional>
+#include <iosfwd>
+#include <memory>
+#include <string>
+#include <vector>
+
+/// What the library is put through while calls of the seam fail.
+namespace zorvel {
+namespace test {
+namespace seam {
+
+using seam_faults::Fault;
+using seam_faults::Function;
+
+/// One run of a scenario: it is made on a healthy system, acts on one that
+/// fails, and is then looked at on a healthy one. What it leaves behind when it
+/// is gone is a leak.
+class Run
+{
+public:
+    virtual ~Run();
+
+    /// What the caller of the library sees, in words: the results, or the name
+    /// of the exception.
+    virtual std::string act() = 0;
+
+    /// What must hold whatever failed, given what the caller saw. `fault` is
+    /// null when nothing failed.
+    virtual void check(const std::string& ending, const Fault* fault) = 0;
+};
+
+enum class Persistence
+{
+    once,
+    ever,
+    both,
+};
+
+/// How a scenario may end when a function fails. Lists are separated by blanks.
+struct Rule
+{
+    Function function;
+    const char* answers;  ///< names of answers; empty: all of them
+    Persistence persistence;
+    const char* endings;
+};
+
+typedef std::vector<Rule> Rules;
+
+/// First those that say more, then the others.
+Rules operator+(const Rules& special, const Rules& general);
+
+struct Scenario
+{
+    const char* name;  ///< in identifier's letters
+    std::function<std::unique_ptr<Run>()> prepare;
+    /// How it ends when nothing fails, and where no rule says otherwise.
+    const char* ending;
+    /// The first that fits counts.
+    Rules rules;
+    /// So many of a function's calls fail in turn, the last one included.
+    std::size_t calls = 1000;
+};
+
+typedef std::vector<Scenario> Scenarios;
+
+void PrintTo(const Scenario& scenario, std::ostream* stream);
+
+Scenarios exclusiveScenarios();
+Scenarios readWriteScenarios();
+Scenarios downgradeScenarios();
+Scenarios removalScenarios();
+Scenarios creationScenarios();
+Scenarios walkScenarios();
+Scenarios queryScenarios();
+Scenarios semaphoreScenarios();
+Scenarios moduleScenarios();
+Scenarios temporaryNameScenarios();
+
+/// The name of the exception that leaves a call, or what the call gives.
+std::string endingOf(const std::function<std::string()>& call);
+
+const char* textOf(bool value);
+
+/// Makes runs of a class from a default constructor.
+template <class R>
+std::unique_ptr<Run> make()
+{
+    return std::unique_ptr<Run>(new R);
+}
+
+}  // namespace seam
+}  // namespace test
+}  // namespace zorvel
