@@ -31,12 +31,13 @@ bool removeProtected(const RemovalDirectory& parent, const char* name, Operation
 {
     if (isGone(operation()))
         return true;
-    if (!parent.allowRemovalOf(name))
-        return false;
-    if (isGone(operation()))
-        return true;
-    parent.forbidRemovalOf(name);
-    return false;
+    if (parent.allowRemovalOf(name)) {
+        if (isGone(operation()))
+            return true;
+        parent.forbidRemovalOf(name);
+    }
+    // Over a network an operation may be done and its reply be lost.
+    return parent.kind(name) == EntryKind::none;
 }
 
 bool removeFile(const RemovalDirectory& parent, const char* name)
