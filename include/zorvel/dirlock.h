@@ -73,7 +73,8 @@ public:
     /// zvPermissionDenied, zvFileAccessError.
     /// boost::thread_interrupted leaves when the waiting thread is
     /// interrupted. No exception leaves a file of this lock behind, unless its
-    /// removal fails as well or memory is exhausted; it then goes stale.
+    /// removal fails as well, the file system reported its creation as failed,
+    /// or memory is exhausted; it then goes stale.
     bool acquire(const boost::posix_time::time_duration& timeout, bool skipRefresh);
 
     /// acquire without limit.
@@ -188,7 +189,8 @@ public:
         /// 1000 bytes). boost::thread_interrupted leaves when the waiting thread
         /// is interrupted (not while it waits for another thread's turn at this
         /// lock). No exception leaves a file behind, unless its removal fails as
-        /// well or memory is exhausted; it then goes stale.
+        /// well, the file system reported its creation as failed, or memory is
+        /// exhausted; it then goes stale.
         ///
         /// At its deadline a reader that could not have the guard in time still
         /// looks for a writer and goes on without it. If a writer looks for
