@@ -81,6 +81,8 @@ public:
     bool acquire(bool skipRefresh);
 
     /// acquire with a timeout of zero. A free directory takes 5 ms.
+    /// Where a file stands in the way that was left more than a day ago, each
+    /// look at it takes a second (see zvAbstractFS::getModificationTime).
     bool tryAcquire(bool skipRefresh);
 
     /// Undoes one acquire; the last one frees the directory. False when it is
@@ -203,6 +205,9 @@ public:
         bool acquire(bool skipRefresh);
 
         /// acquire with a timeout of zero. A free directory takes 5 ms.
+        /// Where a file stands in the way that was left more than a day ago,
+        /// each look at it takes a second (see
+        /// zvAbstractFS::getModificationTime).
         bool tryAcquire(bool skipRefresh);
 
         /// Ends the hold and removes its file. False when it is not held, or

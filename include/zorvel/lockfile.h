@@ -66,7 +66,10 @@ public:
 
     /// The modification time in whole seconds since 1970-01-01 UTC by the
     /// clock of the file server. Throws zvFileNotFoundError for a missing file,
-    /// zvFileAccessError for any other reason.
+    /// zvFileAccessError for any other reason. The default file system asks
+    /// again (interruptible) for up to a second before it believes a time more
+    /// than a day away from the local clock, which a file that is just being
+    /// created on NFS may have, and while the file is being removed.
     virtual zvTime64 getModificationTime(const char* name) = 0;
 
     /// Whether anything matches the pattern (see zvFindMatchingFilesAndDirs).
