@@ -21,6 +21,8 @@ function(zorvel_run_test)
   set_tests_properties(${arg_NAME} PROPERTIES
     LABELS ${arg_LABEL}
     TIMEOUT ${arg_TIMEOUT}
+    # The longest first: one that began last would keep everybody waiting.
+    COST ${arg_TIMEOUT}
     ENVIRONMENT "GTEST_OUTPUT=xml:${report};${arg_ENVIRONMENT}")
 endfunction()
 

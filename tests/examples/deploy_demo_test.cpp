@@ -386,9 +386,9 @@ TEST(DeployDemoTimeline, LeavesOutEachTimeOfWaitingForStaleness)
     EXPECT_FALSE(scale.isCutOut(35));
     EXPECT_TRUE(scale.isCutOut(50));
     double before = -1;
-    for (int second = 0; second <= 72; ++second) {
-        EXPECT_LT(before, scale.atSecond(second));
-        before = scale.atSecond(second);
+    for (int time = 0; time <= 72; ++time) {
+        EXPECT_LT(before, scale.atSecond(time));
+        before = scale.atSecond(time);
     }
     EXPECT_NEAR(1000, scale.at(history.end()), 0.01);
 }

@@ -42,7 +42,7 @@ protected:
 };
 
 typedef testing::Types<ReadLock, WriteLock> Kinds;
-TYPED_TEST_SUITE(ReadWriteHandles, Kinds);
+TYPED_TEST_SUITE(ReadWriteHandles, Kinds, );  // the comma is for compilers that want an argument for "..."
 
 TYPED_TEST(ReadWriteHandles, MakingOneTouchesNothing)
 {
