@@ -46,7 +46,7 @@ class Exclusive : public AskingContender
 {
 public:
     explicit Exclusive(const Task& task)
-        : AskingContender(task), m_lock(task.directory, std::to_string(task.id), zvGetDefaultFSImp())
+        : AskingContender(task), m_lock(task.directory, std::to_string(task.id), task.fs)
     {
     }
 
@@ -73,7 +73,7 @@ class ReaderOrWriter : public AskingContender
 {
 public:
     explicit ReaderOrWriter(const Task& task)
-        : AskingContender(task), m_locking(task.directory, zvGetDefaultFSImp()), m_release(task.directory)
+        : AskingContender(task), m_locking(task.directory, task.fs), m_release(task.directory)
     {
     }
 

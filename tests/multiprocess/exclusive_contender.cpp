@@ -20,7 +20,7 @@ public:
     explicit ExclusiveContender(const Task& task)
         : m_task(task),
           m_directory(task.directory),
-          m_lock(task.directory, std::to_string(task.id), zvGetDefaultFSImp())
+          m_lock(task.directory, std::to_string(task.id), task.fs)
     {
     }
 
@@ -29,13 +29,15 @@ public:
         say("waiting");
         if (!m_lock.acquire(false))
             return notAcquired;
-        const std::filesystem::path mark = m_directory / "inside";
-        if (!std::filesystem::create_directory(mark))
+        mark("write");
+        const std::filesystem::path inside = m_directory / "inside";
+        if (!std::filesystem::create_directory(inside))
             return wrongFound;
         say("held");
         std::this_thread::sleep_for(m_task.hold);
         writeTurn();
-        std::filesystem::remove(mark);
+        std::filesystem::remove(inside);
+        mark("written");
         if (!m_lock.release())
             return notAcquired;
         say("free");
@@ -43,6 +45,12 @@ public:
     }
 
 private:
+    void mark(const std::string& event) const
+    {
+        if (m_task.asks)
+            askMark(event);
+    }
+
     /// The order of all holds; a reader of it sees who overtook whom.
     void writeTurn() const { std::ofstream(m_directory / "turns", std::ios::app) << m_task.id << '\n'; }
 

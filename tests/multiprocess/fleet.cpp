@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <iomanip>
 #include <iostream>
 #include <sstream>
 #include <stdexcept>
@@ -53,6 +54,13 @@ std::vector<Launcher> launchers()
     return result;
 }
 
+std::string storyLine(int number, int worker, const std::string& what)
+{
+    std::ostringstream line;
+    line << '[' << std::setw(7) << number << "] worker " << worker << ' ' << what;
+    return line.str();
+}
+
 Worker::Worker(const Launcher& launcher, const std::string& directory, int id, const Part& part, int victim,
                std::atomic<int>& numbers)
     : m_id(id),
@@ -88,6 +96,7 @@ void Worker::note(const std::string& line)
 {
     std::istringstream words(line);
     std::string first;
+    std::string name;
     words >> first;
     ++m_said[first];
     Mark mark = Mark();
@@ -98,6 +107,25 @@ void Worker::note(const std::string& line)
         answer(mark.event);
     else if (first == "wrong:")
         m_complaints.push_back("worker " + std::to_string(m_id) + ' ' + line);
+    else if (words >> name)
+        noteClaim(first, name);
+}
+
+void Worker::noteClaim(const std::string& how, const std::string& name)
+{
+    if (how == "made" || how == "took")
+        m_owned.insert(name);
+    else if (how == "gone")
+        m_owned.erase(name);
+    else if (how != "cleared")
+        return;
+    m_claims.push_back(storyLine(m_numbers, m_id, how + ' ' + name));
+}
+
+std::set<std::string> Worker::owned() const
+{
+    const boost::lock_guard<boost::mutex> lock(m_mutex);
+    return m_owned;
 }
 
 void Worker::answer(const std::string& event)

@@ -10,6 +10,7 @@
 #include <chrono>
 #include <map>
 #include <memory>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -34,6 +35,9 @@ struct Part
     int pauseMsec;
 };
 
+/// A line that sorts by the number of the mark that comes next.
+std::string storyLine(int number, int worker, const std::string& what);
+
 /// A running lock_worker, whose output is read as it comes.
 class Worker
 {
@@ -51,7 +55,12 @@ public:
     bool waitWaiting(int times) { return waitSaid("waiting", times); }
     /// The same for any first word of a line.
     bool waitSaid(const std::string& word, int times);
+    /// A line of its input.
+    void tell(const std::string& line) { m_process.writeLine(line); }
     void kill();
+    /// Stops it where it is, and lets it go on, as Ctrl-Z does.
+    void pause() { m_process.pause(); }
+    void resume() { m_process.resume(); }
 
     /// Waits for the end; 0 when all was well.
     int finish();
@@ -59,6 +68,12 @@ public:
     int held() const { return said("held"); }
     int said(const std::string& word) const;
     bool running() const { return !m_ended; }
+    int id() const { return m_id; }
+
+    /// In a storm: its lock files, up to what it has said.
+    std::set<std::string> owned() const;
+    /// Once it has ended: what it said about them, with the numbers of marks.
+    const std::vector<std::string>& claims() const { return m_claims; }
 
     /// Once it has ended: its marks, and what it found wrong.
     const std::vector<Mark>& marks() const { return m_marks; }
@@ -68,6 +83,7 @@ private:
     void read();
     void note(const std::string& line);
     void answer(const std::string& event);
+    void noteClaim(const std::string& how, const std::string& name);
 
     const int m_id;
     std::atomic<int>& m_numbers;
@@ -75,6 +91,8 @@ private:
     std::map<std::string, int> m_said;
     std::vector<Mark> m_marks;
     std::vector<std::string> m_complaints;
+    std::set<std::string> m_owned;
+    std::vector<std::string> m_claims;
     std::atomic<bool> m_ended;
     mutable boost::mutex m_mutex;
     boost::condition_variable m_changed;

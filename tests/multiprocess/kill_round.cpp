@@ -1,15 +1,14 @@
 #include "tests/multiprocess/kill_round.h"
 
 #include "tests/multiprocess/marks.h"
+#include "tests/multiprocess/sweep.h"
 
 #include <zorvel/dirlock.h>
 
-#include <boost/thread/thread.hpp>
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <chrono>
-#include <cstdlib>
 #include <ctime>
 #include <iostream>
 #include <random>
@@ -239,34 +238,8 @@ void Round::expectTracesGo()
     const Look release = m_scene.release();
     EXPECT_EQ(std::string(), release.fault) << "seed " << m_seed;
     EXPECT_EQ(std::set<int>(), release.writing) << "seed " << m_seed;
-    sweepQueue();
+    sweepQueue(m_scene, m_fs);
     EXPECT_EQ(std::vector<std::string>(), m_scene.lockFiles()) << "seed " << m_seed;
-}
-
-/// What a dead waiter left behind everybody else in the queue stays until
-/// somebody queues behind it: it is in nobody's way. With as many waiters as
-/// there are places up to the last one left, somebody does.
-void Round::sweepQueue() const
-{
-    const std::string queueFile = ".deploy_lock.";
-    int waiters = 0;
-    for (const std::string& name : m_scene.lockFiles())
-        if (name.compare(0, queueFile.size(), queueFile) == 0)
-            waiters = std::max(waiters, std::atoi(name.c_str() + queueFile.size()));
-    zvDirectoryExclusiveLock holder(m_scene.directory(), "holder", m_fs);
-    EXPECT_TRUE(holder.acquire(false)) << "seed " << m_seed;
-    boost::thread_group threads;
-    for (int i = 0; i < waiters; ++i)
-        threads.create_thread([this] {
-            zvDirectoryExclusiveLock waiter(m_scene.directory(), "waiter", m_fs);
-            EXPECT_TRUE(waiter.acquire(false)) << "seed " << m_seed;
-        });
-    const auto isAged = [this](const std::string& name) { return m_scene.aged(name); };
-    for (std::vector<std::string> left = m_scene.lockFiles(); std::any_of(left.begin(), left.end(), isAged);
-         left = m_scene.lockFiles())
-        std::this_thread::sleep_for(std::chrono::milliseconds(5));
-    holder.release();
-    threads.join_all();
 }
 
 void Round::report() const

@@ -61,7 +61,6 @@ private:
     bool survivorsAreRunning() const;
     void ageTraces();
     void visit(const std::string& role);
-    void sweepQueue() const;
 
     const Moment m_moment;
     const unsigned m_seed;

@@ -7,9 +7,17 @@
 /// in its role (see contender.h) and says "waiting", "held" and "free" (readers
 /// and writers also "inside", with their mark there) as it goes, then "done".
 /// Numbers of milliseconds are what it stays inside and, on average, outside.
-/// VICTIM is the ID of a worker that the test kills, or -1.
+/// VICTIM is the ID of a worker that the test kills, or -1. In a storm it also
+/// says which lock files are its own (see claiming_fs.h), and ends when it is
+/// told "stop" too.
 
+#include "tests/multiprocess/claiming_fs.h"
 #include "tests/multiprocess/contender.h"
+#include "tests/multiprocess/orders.h"
+
+#include <boost/make_shared.hpp>
+#include <boost/thread/lock_guard.hpp>
+#include <boost/thread/mutex.hpp>
 
 #include <cstdlib>
 #include <iostream>
@@ -20,16 +28,30 @@
 namespace zorvel {
 namespace test {
 
+namespace {
+
+boost::mutex outputMutex;
+/// In a storm only.
+std::unique_ptr<Orders> orders;
+
+}  // namespace
+
 void say(const std::string& line)
 {
+    const boost::lock_guard<boost::mutex> lock(outputMutex);
     std::cout << line << std::endl;
+}
+
+bool hear(std::string& line)
+{
+    return orders ? orders->next(line) : static_cast<bool>(std::getline(std::cin, line));
 }
 
 void askMark(const std::string& event)
 {
     say("mark? " + event);
     std::string answer;
-    if (!std::getline(std::cin, answer))
+    if (!hear(answer))
         throw std::runtime_error("nobody numbers the mark");
 }
 
@@ -40,6 +62,8 @@ std::unique_ptr<Contender> makeContender(const Task& task)
     std::unique_ptr<Contender> contender = makeReadWriteContender(task);
     if (!contender)
         contender = makeAskingContender(task);
+    if (!contender)
+        contender = makeObedientContender(task);
     if (!contender)
         throw std::invalid_argument("no such role: " + task.role);
     return contender;
@@ -52,14 +76,16 @@ namespace {
 
 using namespace zorvel::test;
 
+const std::string stormPrefix = "storm-";
+
 int run(const Task& task, int holds)
 {
     const std::unique_ptr<Contender> contender = makeContender(task);
     std::mt19937 random(task.id);
     say("ready");
     std::string go;
-    std::getline(std::cin, go);
-    for (int i = 0; i < holds; ++i) {
+    hear(go);
+    for (int i = 0; i < holds && !(orders && orders->stopped()); ++i) {
         if (const int status = contender->hold())
             return status;
         if (task.pause.count() > 0)
@@ -78,7 +104,38 @@ Task taskOf(char** arguments)
     task.hold = std::chrono::milliseconds(std::atoi(arguments[5]));
     task.pause = std::chrono::milliseconds(std::atoi(arguments[6]));
     task.victim = std::atoi(arguments[7]);
+    task.fs = zvGetDefaultFSImp();
+    task.asks = false;
     return task;
+}
+
+/// Nobody knows beforehand who is going to be killed.
+Task inAStorm(Task task, const boost::shared_ptr<ClaimingFs>& fs)
+{
+    task.role.erase(0, stormPrefix.size());
+    task.victim = anybody;
+    task.fs = fs;
+    task.asks = true;
+    return task;
+}
+
+int runInAStorm(const Task& task, int holds)
+{
+    const boost::shared_ptr<ClaimingFs> fs = boost::make_shared<ClaimingFs>(task.fs);
+    orders.reset(new Orders([fs] { fs->sync(); }));
+    const int status = run(inAStorm(task, fs), holds);
+    // Nothing is left to be done, and the input may stay open for long.
+    if (!orders->stopped())
+        std::_Exit(status);
+    orders.reset();
+    return status;
+}
+
+int run(char** arguments)
+{
+    const Task task = taskOf(arguments);
+    const int holds = std::atoi(arguments[4]);
+    return task.role.compare(0, stormPrefix.size(), stormPrefix) == 0 ? runInAStorm(task, holds) : run(task, holds);
 }
 
 }  // namespace
@@ -90,9 +147,10 @@ int main(int argc, char** argv)
         return 2;
     }
     try {
-        return run(taskOf(argv), std::atoi(argv[4]));
+        return run(argv);
     } catch (const std::exception& error) {
         std::cerr << error.what() << std::endl;
-        return 1;
+        // Whoever may be reading the input is not waited for.
+        std::_Exit(1);
     }
 }

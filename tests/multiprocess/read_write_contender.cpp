@@ -24,7 +24,7 @@ public:
     }
 
     /// Notes an event in the order of all processes' events.
-    void mark(const std::string& event) { say("mark " + std::to_string(m_marks.take()) + ' ' + event); }
+    void mark(const std::string& event);
 
     /// Looks at the release twice. When `own` is given it must be that one.
     void read(const int* own = nullptr);
@@ -47,6 +47,14 @@ private:
     Marks m_marks;
     bool m_foundWrong = false;
 };
+
+void Visit::mark(const std::string& event)
+{
+    if (m_task.asks)
+        askMark(event);
+    else
+        say("mark " + std::to_string(m_marks.take()) + ' ' + event);
+}
 
 void Visit::complain(const std::string& what)
 {
@@ -121,6 +129,8 @@ void Visit::requireNoWriter()
 
 bool Visit::leftByTheVictim(const Look& look)
 {
+    if (m_task.victim == anybody)
+        return !look.writing.empty();
     return look.writing == std::set<int>({m_task.victim});
 }
 
@@ -129,7 +139,7 @@ class ReadWriteContender : public Contender
 {
 public:
     ReadWriteContender(const Task& task, bool locks)
-        : m_visit(task), m_locking(task.directory, zvGetDefaultFSImp()), m_locks(locks)
+        : m_visit(task), m_locking(task.directory, task.fs), m_locks(locks)
     {
     }
 

@@ -1,6 +1,7 @@
 #include "tests/multiprocess/scene.h"
 
 #include <algorithm>
+#include <chrono>
 #include <ctime>
 #include <exception>
 #include <sstream>
@@ -54,6 +55,14 @@ std::vector<std::string> Scene::lockFiles() const
     return names;
 }
 
+int Scene::calibrations() const
+{
+    const std::vector<std::string> names = m_tree.names();
+    return static_cast<int>(std::count_if(names.begin(), names.end(), [](const std::string& name) {
+        return name[0] == '.' && name.find_first_not_of("0123456789", 1) == std::string::npos;
+    }));
+}
+
 int Scene::ageAbandoned() const
 {
     const long long now = static_cast<long long>(std::time(nullptr));
@@ -85,6 +94,40 @@ std::vector<std::string> Scene::ageTracesOf(int worker, long long killed) const
     for (const std::string& name : traces)
         m_tree.age(name, -secondsAged);
     return traces;
+}
+
+std::map<std::string, Scene::Stamp> Scene::stamps() const
+{
+    std::map<std::string, Stamp> files;
+    for (const std::string& name : lockFiles())
+        files[name] = stampOf(name);
+    return files;
+}
+
+std::map<std::string, Scene::Stamp> Scene::quietLockFiles() const
+{
+    // The times of files move on by some milliseconds at once.
+    const Stamp youngest = Stamp::clock::now() - std::chrono::milliseconds(50);
+    const Stamp oldest = youngest - std::chrono::seconds(secondsStale);
+    std::map<std::string, Stamp> files = stamps();
+    for (auto file = files.begin(); file != files.end();)
+        file = file->second <= oldest || youngest <= file->second ? files.erase(file) : std::next(file);
+    return files;
+}
+
+bool Scene::ageQuiet(const std::string& name, Stamp stamp) const
+{
+    if (stampOf(name) != stamp)
+        return false;
+    m_tree.age(name, -secondsAged);
+    return true;
+}
+
+Scene::Stamp Scene::stampOf(const std::string& name) const
+{
+    std::error_code gone;
+    const Stamp stamp = std::filesystem::last_write_time(std::filesystem::path(directory()) / name, gone);
+    return gone ? Stamp::min() : stamp;
 }
 
 bool Scene::aged(const std::string& name) const

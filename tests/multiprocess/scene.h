@@ -3,6 +3,8 @@
 #include "tests/multiprocess/release_set.h"
 #include "tests/support/temporary_tree.h"
 
+#include <filesystem>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -41,6 +43,18 @@ public:
     /// Whether a file was made stale by one of these and not touched since.
     bool aged(const std::string& name) const;
 
+    /// Files by which clocks were compared: "." and digits.
+    int calibrations() const;
+
+    typedef std::filesystem::file_time_type Stamp;
+    /// Lock files with their times.
+    std::map<std::string, Stamp> stamps() const;
+    /// Those that nobody has touched for a moment and that are not aged: a
+    /// file that is made anew under the name of one of them has another time.
+    std::map<std::string, Stamp> quietLockFiles() const;
+    /// Makes such a file stale; false when it is not that file any more.
+    bool ageQuiet(const std::string& name, Stamp stamp) const;
+
     /// Lock files that were touched after `since`.
     std::vector<std::string> lockFilesTouchedAfter(long long since) const;
 
@@ -50,6 +64,8 @@ public:
     const TemporaryTree& tree() const { return m_tree; }
 
 private:
+    /// Of a file that has gone: the oldest there is.
+    Stamp stampOf(const std::string& name) const;
     bool touchedAfter(const std::string& name, long long since) const;
 
     TemporaryTree m_tree;

@@ -1,4 +1,4 @@
-#include "tests/multiprocess/scene.h"
+#include "tests/multiprocess/roamers.h"
 #include "tests/multiprocess/semaphore_user.h"
 
 #include <zorvel/ipc.h>
@@ -8,10 +8,8 @@
 #include <boost/thread/thread_time.hpp>
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <atomic>
 #include <chrono>
-#include <cstdlib>
 #include <iostream>
 #include <memory>
 #include <random>
@@ -129,98 +127,13 @@ bool killJustWoken(unsigned seed)
     return queue.followToTheEnd();
 }
 
-/// Processes that go in and out, open and close, and are killed and replaced.
-class Roamers
-{
-public:
-    Roamers(unsigned seed, int count) : m_random(seed), m_name(freshSemaphoreName()), m_users(count)
-    {
-        for (User& user : m_users)
-            start(user);
-    }
-
-    /// Lets them go for a while, kills one or two and stops the others. Each
-    /// that is left looks for the sign to stop at least once a second.
-    void round();
-
-    int rounds = 0;
-    int tokensLost = 0;
-    long visits = 0;
-
-private:
-    void start(User& user);
-    void hearParked(SemaphoreUser& user);
-    void expectOneToken();
-
-    std::mt19937 m_random;
-    const std::string m_name;
-    const Scene m_scene;
-    std::vector<User> m_users;
-};
-
-void Roamers::start(User& user)
-{
-    user.reset(new SemaphoreUser({"roam", m_name, m_scene.directory(), std::to_string(m_random() % 100000)}));
-    EXPECT_EQ("ready", user->hear());
-}
-
-void Roamers::hearParked(SemaphoreUser& user)
-{
-    const std::string line = user.hear();
-    EXPECT_EQ("parked ", line.substr(0, 7)) << line;
-    visits += std::atol(line.c_str() + std::min<std::size_t>(line.size(), 7));
-}
-
-/// While nobody moves. A killed one may have taken the token along, not more.
-void Roamers::expectOneToken()
-{
-    zvSemaphoreIPC semaphore(m_name, 1, false);
-    ASSERT_TRUE(semaphore.Open());
-    if (!semaphore.TryAcquire()) {
-        ++tokensLost;
-        EXPECT_TRUE(semaphore.Release());
-        EXPECT_TRUE(semaphore.TryAcquire());
-    }
-    EXPECT_FALSE(semaphore.TryAcquire());
-    EXPECT_TRUE(semaphore.Release());
-}
-
-void Roamers::round()
-{
-    ++rounds;
-    for (const User& user : m_users)
-        user->tell("go");
-    std::this_thread::sleep_for(std::chrono::microseconds(m_random() % 60000));
-    const std::size_t victims = 1 + m_random() % 2;
-    for (std::size_t i = 0; i < victims; ++i) {
-        User& victim = m_users[m_random() % m_users.size()];
-        if (victim)
-            victim->kill();
-        victim.reset();
-    }
-    m_scene.tree().directory("stop");
-    for (const User& user : m_users)
-        if (user)
-            hearParked(*user);
-    if (m_scene.tree().exists("inside"))
-        m_scene.tree().removeDirectory("inside");
-    expectOneToken();
-    m_scene.tree().removeDirectory("stop");
-    for (User& user : m_users)
-        if (!user)
-            start(user);
-}
-
 void roam(unsigned seed, int count, Clock::time_point end)
 {
     Roamers roamers(seed, count);
     while (Clock::now() < end && !testing::Test::HasFailure())
-        roamers.round();
+        roamers.round(2);
     EXPECT_LT(0, roamers.visits) << "seed " << seed;
-    std::cout << ("seed " + std::to_string(seed) + ": " + std::to_string(roamers.rounds) + " rounds, " +
-                  std::to_string(roamers.visits) + " visits of survivors, " + std::to_string(roamers.tokensLost) +
-                  " tokens lost with their holders\n")
-              << std::flush;
+    roamers.report();
 }
 
 }  // namespace

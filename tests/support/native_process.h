@@ -29,6 +29,9 @@ public:
     virtual void write(const std::string& bytes) = 0;
     virtual void closeInput() = 0;
     virtual void kill() = 0;
+    /// All threads have stopped when this returns.
+    virtual void pause() = 0;
+    virtual void resume() = 0;
     /// To be called once; 128 + signal where a signal ended it.
     virtual int wait() = 0;
 };

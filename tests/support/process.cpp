@@ -110,6 +110,16 @@ void Process::kill()
         m_state->child->kill();
 }
 
+void Process::pause()
+{
+    m_state->child->pause();
+}
+
+void Process::resume()
+{
+    m_state->child->resume();
+}
+
 int Process::finish(std::string* output, std::string* errors)
 {
     m_state->child->closeInput();

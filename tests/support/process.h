@@ -38,6 +38,11 @@ public:
     /// Ends it as kill -9 does.
     void kill();
 
+    /// Stops it where it is, all its threads, and lets it go on. It must be
+    /// running.
+    void pause();
+    void resume();
+
     /// Reads what is left of both streams and waits; returns the exit status
     /// (128 + signal where a signal ended it).
     int finish(std::string* output = nullptr, std::string* errors = nullptr);

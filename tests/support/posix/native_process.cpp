@@ -108,6 +108,8 @@ public:
     void write(const std::string& bytes) override;
     void closeInput() override { m_input.closeEnd(1); }
     void kill() override { ::kill(m_pid, SIGKILL); }
+    void pause() override;
+    void resume() override { ::kill(m_pid, SIGCONT); }
     int wait() override;
 
 private:
@@ -171,6 +173,15 @@ void PosixChild::write(const std::string& bytes)
             return;
         written += now > 0 ? static_cast<std::size_t>(now) : 0;
     }
+}
+
+void PosixChild::pause()
+{
+    siginfo_t stopped;
+    ::kill(m_pid, SIGSTOP);
+    // A child that has ended instead stays for wait().
+    while (waitid(P_PID, static_cast<id_t>(m_pid), &stopped, WSTOPPED | WEXITED | WNOWAIT) < 0)
+        check(errno == EINTR, "waitid");
 }
 
 int PosixChild::wait()

@@ -124,9 +124,13 @@ public:
     void write(const std::string& bytes) override;
     void closeInput() override { m_input.close(); }
     void kill() override { TerminateProcess(m_process.get(), killedStatus); }
+    void pause() override { callOnProcess("NtSuspendProcess"); }
+    void resume() override { callOnProcess("NtResumeProcess"); }
     int wait() override;
 
 private:
+    void callOnProcess(const char* function);
+
     Handle m_process;
     Handle m_input;
     Handle m_output;
@@ -163,6 +167,15 @@ void WindowsChild::write(const std::string& bytes)
 {
     DWORD written = 0;
     WriteFile(m_input.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
+}
+
+/// All threads at once; the documented interface has no such function.
+void WindowsChild::callOnProcess(const char* function)
+{
+    typedef LONG(NTAPI * OnProcess)(HANDLE);
+    void* const address = reinterpret_cast<void*>(GetProcAddress(GetModuleHandleA("ntdll.dll"), function));
+    check(address != nullptr, function);
+    check(reinterpret_cast<OnProcess>(address)(m_process.get()) >= 0, function);
 }
 
 int WindowsChild::wait()
