@@ -14,7 +14,8 @@ using namespace zorvel::test;
 
 namespace {
 
-const int contenders = 8;
+/// Of readers and writers, of all that take turns on the read-write lock.
+const int writers = 2;
 
 double secondsSince(std::chrono::steady_clock::time_point begin)
 {
@@ -24,6 +25,17 @@ double secondsSince(std::chrono::steady_clock::time_point begin)
 int count(const char* name)
 {
     return std::atoi(setting(name).c_str());
+}
+
+/// On both machines together, half of them on each; even, and at least four.
+int contenders()
+{
+    return count("ZORVEL_CONTENDERS");
+}
+
+std::string several(int number, const std::string& what)
+{
+    return std::to_string(number) + ' ' + what + (number == 1 ? "" : "s");
 }
 
 std::string title(const SharedDirectory& directory, const std::string& what)
@@ -89,7 +101,7 @@ class TakeTurns : public testing::TestWithParam<std::string>
 TEST_P(TakeTurns, OfContendersOnTwoMachinesOneIsInside)
 {
     const SharedDirectory directory(GetParam());
-    const std::vector<Part> parts(contenders, Part{"asking-exclusive", count("ZORVEL_EXCLUSIVE_HOLDS"), 0, 0});
+    const std::vector<Part> parts(contenders(), Part{"asking-exclusive", count("ZORVEL_EXCLUSIVE_HOLDS"), 0, 0});
     Fleet fleet(directory.path(), parts);
     const double seconds = runToTheEnd(fleet, parts);
     expectOrder(fleet, directory);
@@ -98,8 +110,8 @@ TEST_P(TakeTurns, OfContendersOnTwoMachinesOneIsInside)
     std::cout << title(directory, "exclusive");
     printCommon(holds, seconds);
     std::cout << "turns when the first was through: most " << parts[0].holds << ", fewest "
-              << fewestWhenTheFirstWasThrough(holds, contenders) << ", longest run of others' "
-              << longestWait(holds, contenders) << ", files judged stale " << fleet.said("FS_LOCK:")
+              << fewestWhenTheFirstWasThrough(holds, contenders()) << ", longest run of others' "
+              << longestWait(holds, contenders()) << ", files judged stale " << fleet.said("FS_LOCK:")
               << ", lock files left " << directory.lockFiles().size() << std::endl;
 }
 
@@ -108,17 +120,18 @@ TEST_P(TakeTurns, WritersOnTwoMachinesAreAloneAndReadersSeeWholeReleases)
     const SharedDirectory directory(GetParam());
     directory.writeFirstRelease();
     const int holdsEach = count("ZORVEL_READ_WRITE_HOLDS");
-    std::vector<Part> parts(6, Part{"asking-reader", holdsEach, 5, 40});
-    parts.insert(parts.end(), 2, Part{"asking-writer", holdsEach, 1, 10});
+    const int readers = contenders() - writers;
+    std::vector<Part> parts(readers, Part{"asking-reader", holdsEach, 5, 40});
+    parts.insert(parts.end(), writers, Part{"asking-writer", holdsEach, 1, 10});
     Fleet fleet(directory.path(), parts);
     const double seconds = runToTheEnd(fleet, parts, missesMarks(directory));
     if (!missesMarks(directory)) {
         expectOrder(fleet, directory);
-        EXPECT_EQ(2 * holdsEach, directory.release().generation);
+        EXPECT_EQ(writers * holdsEach, directory.release().generation);
     }
 
     const std::vector<Hold> holds = holdsOf(fleet.marks());
-    std::cout << title(directory, "6 readers, 2 writers");
+    std::cout << title(directory, several(readers, "reader") + ", " + several(writers, "writer"));
     printCommon(holds, seconds);
     std::cout << "most readers together " << mostReaders(holds) << ", releases among the reads "
               << writesAmongReads(holds) << ", reads of something wrong " << fleet.complaints().size()
@@ -130,18 +143,20 @@ TEST_P(TakeTurns, NobodyWritesBeforeTheReaderThatAWriterBecameHasLeft)
     const SharedDirectory directory(GetParam());
     directory.writeFirstRelease();
     const int holdsEach = count("ZORVEL_DOWNGRADES");
-    std::vector<Part> parts(3, Part{"asking-downgrader", holdsEach, 4, 10});
-    parts.insert(parts.end(), 3, Part{"asking-reader", holdsEach, 4, 40});
-    parts.insert(parts.end(), 2, Part{"asking-writer", holdsEach, 2, 10});
+    const int each = (contenders() - writers) / 2;
+    std::vector<Part> parts(each, Part{"asking-downgrader", holdsEach, 4, 10});
+    parts.insert(parts.end(), each, Part{"asking-reader", holdsEach, 4, 40});
+    parts.insert(parts.end(), writers, Part{"asking-writer", holdsEach, 2, 10});
     Fleet fleet(directory.path(), parts);
     const double seconds = runToTheEnd(fleet, parts, missesMarks(directory));
     if (!missesMarks(directory)) {
         expectOrder(fleet, directory);
-        EXPECT_EQ(5 * holdsEach, directory.release().generation);
+        EXPECT_EQ((each + writers) * holdsEach, directory.release().generation);
     }
 
     const std::vector<Hold> holds = holdsOf(fleet.marks());
-    std::cout << title(directory, "3 downgraders, 3 readers, 2 writers");
+    std::cout << title(directory, several(each, "downgrader") + ", " + several(each, "reader") + ", " +
+                                      several(writers, "writer"));
     printCommon(holds, seconds);
     std::cout << "changes of writer " << changesOfWriter(holds) << ", reads of something wrong "
               << fleet.complaints().size() << ", lock files left " << directory.lockFiles().size() << std::endl;

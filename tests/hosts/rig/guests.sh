@@ -9,24 +9,43 @@ make_keys() {
     ssh-keygen -q -t ed25519 -N '' -f "$work/ssh/user"
 }
 
-# The server's files. Made anew each time, so that no run sees another's.
+# The server's files, in memory; they outlive the server, and no run sees another's.
 make_disk() {
-    rm -f "$work/disk"
-    truncate -s 512M "$work/disk"
-    mkfs.ext4 -q -F "$work/disk"
+    truncate -s 512M /mnt/disk
+    mkfs.ext4 -q -F /mnt/disk
 }
 
-# start_guest NAME: returns at once; see await_guest. A session of its own, so that one signal ends all of its processes.
+# The numbers of the processors that this may run on.
+own_processors() {
+    local range
+    for range in $(sed -n 's/^Cpus_allowed_list:[[:space:]]*//p' /proc/self/status | tr , ' '); do
+        seq "${range%-*}" "${range#*-}"
+    done
+}
+
+# processor_of NAME: each guest keeps to one, and the clients to different ones where there are as many. A guest's kernel and
+# its programs take turns at every call; between two processors that costs twice as much.
+processor_of() {
+    local all guests=("${clients[@]}" "$server") i
+    mapfile -t all < <(own_processors)
+    for i in "${!guests[@]}"; do
+        [ "${guests[i]}" != "$1" ] || echo "${all[i % ${#all[@]}]}"
+    done
+}
+
+# start_guest NAME: returns at once; see await_guest. A session of its own, so that one signal ends all of its processes. Its
+# memory is a file on the rig's own /mnt: /dev/shm can be small or closed to programs.
 start_guest() {
     local name=$1 role=client disk=()
     if [ "$name" = "$server" ]; then
         role=server
-        disk=("ubda=$work/disk")
+        disk=("ubda=/mnt/disk")
     fi
     # Its random numbers would take long to become good; sshd waits for them.
     head -c 64 /dev/urandom >"$work/seed-$name"
     : >"$work/$name.log"
-    TMPDIR=/dev/shm LD_PRELOAD=$repo/build/linux/bin/whole_registers.so setsid linux.uml "umid=$name" "uml_dir=$work/uml" "mem=${ZORVEL_GUEST_MEMORY:-1G}" \
+    TMPDIR=/mnt LD_PRELOAD=$repo/build/linux/bin/whole_registers.so setsid taskset -c "$(processor_of "$name")" \
+        linux.uml "umid=$name" "uml_dir=$work/uml" "mem=${ZORVEL_GUEST_MEMORY:-1G}" \
         root=/dev/root rootfstype=hostfs rootflags=/ ro "init=$rig/guest-init" "${disk[@]}" \
         "vec0:transport=tap,ifname=port$name,depth=128,gro=1" con=null con0=null,fd:1 con1=null ssl=null quiet \
         "guest_name=$name" "guest_role=$role" </dev/null >"$work/$name.log" 2>&1 &
