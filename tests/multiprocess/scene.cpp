@@ -73,8 +73,7 @@ int Scene::ageAbandoned() const
         const long long age = now - m_tree.modificationTime(name);
         if (age < 3 || age > secondsStale)
             continue;
-        m_tree.age(name, -secondsAged);
-        ++aged;
+        aged += makeStale(name);
     }
     return aged;
 }
@@ -91,9 +90,24 @@ std::vector<std::string> Scene::ageTracesOf(int worker, long long killed) const
     // Whoever has the directory as a writer now is the dead one.
     if (std::count(traces.begin(), traces.end(), ".deploy_write_lock") > 0 && m_tree.exists("inside"))
         m_tree.removeDirectory("inside");
-    for (const std::string& name : traces)
-        m_tree.age(name, -secondsAged);
+    traces.erase(std::remove_if(traces.begin(), traces.end(),
+                                [this](const std::string& name) { return !makeStale(name); }),
+                 traces.end());
     return traces;
+}
+
+/// On a machine so busy that half a minute has passed, the others may take a
+/// file over just now.
+bool Scene::makeStale(const std::string& name) const
+{
+    try {
+        m_tree.age(name, -secondsAged);
+    } catch (const std::exception&) {
+        if (m_tree.exists(name))
+            throw;
+        return false;
+    }
+    return true;
 }
 
 std::map<std::string, Scene::Stamp> Scene::stamps() const
@@ -119,8 +133,7 @@ bool Scene::ageQuiet(const std::string& name, Stamp stamp) const
 {
     if (stampOf(name) != stamp)
         return false;
-    m_tree.age(name, -secondsAged);
-    return true;
+    return makeStale(name);
 }
 
 Scene::Stamp Scene::stampOf(const std::string& name) const

@@ -64,6 +64,8 @@ public:
     const TemporaryTree& tree() const { return m_tree; }
 
 private:
+    /// Makes a file stale; false when it has gone.
+    bool makeStale(const std::string& name) const;
     /// Of a file that has gone: the oldest there is.
     Stamp stampOf(const std::string& name) const;
     bool touchedAfter(const std::string& name, long long since) const;
