@@ -1,4 +1,5 @@
 # zorvel_test_with_seam_faults(target): the tests of this binary make calls of the seam fail (tests/support/seam_faults.h).
+# zorvel_test_with_file_faults(target): only those on files and directories; clock and timers are left alone.
 #
 # Every function of platform/ that can fail, and zvSetTimer, for which the system may have no thread, as the compiler
 # names it. A name that is wrong, or no longer there, does not link. Not among them, because they have no way to say that
@@ -14,17 +15,18 @@ else()
   set(int64 l)
 endif()
 set(string NSt7__cxx1112basic_stringIcSt11char_traitsIcESaIcEEE)
-set(zorvel_seam_functions
-  sleepFor=8sleepForEl
+set(zorvel_seam_files
   entryKind=9entryKindEPKc
   fileStatus=10fileStatusEPKcRNS0_10FileStatusE
   modificationTime=16modificationTimeEPKcR${int64}
+  modificationTimeAtServer=24modificationTimeAtServerEPKcR${int64}
   changeMode=10changeModeEPKct
   availableSpace=14availableSpaceEPKcR${uint64}
   makeDirectory=13makeDirectoryEPKc
   removeFile=10removeFileEPKc
   openFile=12WritableFile4openEPKcNS0_8OpenModeE
   writeFile=12WritableFile5writeEPKv${size}
+  flushFile=12WritableFile5flushEv
   openSearch=15DirectorySearch4openEPKc
   nextOfSearch=15DirectorySearch4nextEv
   codeOfSearch=K15DirectorySearch4codeEv
@@ -38,7 +40,9 @@ set(zorvel_seam_functions
   allowRemovalOf=K16RemovalDirectory14allowRemovalOfEPKc
   allowRemovalsInside=16RemovalDirectory19allowRemovalsInsideEv
   restorePermission=16RemovalDirectory17restorePermissionEv
-  resume=16RemovalDirectory6resumeERKS1_
+  resume=16RemovalDirectory6resumeERKS1_)
+set(zorvel_seam_services
+  sleepFor=8sleepForEl
   userLanguage=12userLanguageB5cxx11Ev
   fromCodePage932=15fromCodePage932EPKcR${string}
   loadLibrary=11loadLibraryEPKc
@@ -56,24 +60,32 @@ set(zorvel_seam_functions
   lastError=9lastErrorEv
   systemErrorText=15systemErrorTextB5cxx11Em)
 set(zorvel_seam_timer _Z10zvSetTimerRKN5boost9function0IvEENS_10posix_time13time_durationEb)
-set(zorvel_seam_options LINKER:--wrap=${zorvel_seam_timer})
 set(names "#define ZORVEL_SEAM_setTimer \"${zorvel_seam_timer}\"\n")
-foreach(function ${zorvel_seam_functions})
-  # The K of a const member stands in front of the namespaces.
-  string(REGEX MATCH "^([^=]*)=(K?)(.*)$" parts ${function})
-  set(symbol _ZN${CMAKE_MATCH_2}6zorvel8platform${CMAKE_MATCH_3})
-  string(APPEND names "#define ZORVEL_SEAM_${CMAKE_MATCH_1} \"${symbol}\"\n")
-  list(APPEND zorvel_seam_options LINKER:--wrap=${symbol})
+set(zorvel_seam_services_options LINKER:--wrap=${zorvel_seam_timer})
+foreach(part files services)
+  foreach(function ${zorvel_seam_${part}})
+    # The K of a const member stands in front of the namespaces.
+    string(REGEX MATCH "^([^=]*)=(K?)(.*)$" parts ${function})
+    set(symbol _ZN${CMAKE_MATCH_2}6zorvel8platform${CMAKE_MATCH_3})
+    string(APPEND names "#define ZORVEL_SEAM_${CMAKE_MATCH_1} \"${symbol}\"\n")
+    list(APPEND zorvel_seam_${part}_options LINKER:--wrap=${symbol})
+  endforeach()
 endforeach()
 file(CONFIGURE OUTPUT ${CMAKE_BINARY_DIR}/seam_faults/seam_symbols.h CONTENT "#pragma once\n\n${names}" @ONLY)
 
-function(zorvel_test_with_seam_faults target)
+function(zorvel_test_with_file_faults target)
   target_sources(${target} PRIVATE
-    ${PROJECT_SOURCE_DIR}/tests/support/fake_clock.cpp
     ${PROJECT_SOURCE_DIR}/tests/support/seam_answers.cpp
     ${PROJECT_SOURCE_DIR}/tests/support/seam_faults.cpp
-    ${PROJECT_SOURCE_DIR}/tests/support/seam_files.cpp
-    ${PROJECT_SOURCE_DIR}/tests/support/seam_services.cpp)
+    ${PROJECT_SOURCE_DIR}/tests/support/seam_files.cpp)
   target_include_directories(${target} PRIVATE ${CMAKE_BINARY_DIR}/seam_faults)
-  target_link_options(${target} PRIVATE ${zorvel_seam_options})
+  target_link_options(${target} PRIVATE ${zorvel_seam_files_options})
+endfunction()
+
+function(zorvel_test_with_seam_faults target)
+  zorvel_test_with_file_faults(${target})
+  target_sources(${target} PRIVATE
+    ${PROJECT_SOURCE_DIR}/tests/support/fake_clock.cpp
+    ${PROJECT_SOURCE_DIR}/tests/support/seam_services.cpp)
+  target_link_options(${target} PRIVATE ${zorvel_seam_services_options})
 endfunction()

@@ -59,6 +59,7 @@ std::vector<Answers> makeAnswers()
     all[entryKind] = {isNone, isFile, isDirectory, isLink};
     all[fileStatus] = {missing, denied, broken, stale};
     all[modificationTime] = {missing, denied, broken, busy};
+    all[modificationTimeAtServer] = {missing, denied, broken};
     all[changeMode] = {missing, denied, broken, readOnly, forbidden, lostReply("EIO-done", EIO)};
     all[availableSpace] = {isFalse};
     all[makeDirectory] = {refused("EEXIST", EEXIST), missing, denied, broken, full, readOnly, stale,
@@ -68,6 +69,7 @@ std::vector<Answers> makeAnswers()
     all[openFile] = {refused("EEXIST", EEXIST), missing, denied, broken, used, full, readOnly, forbidden, stale,
                      lostReply("EEXIST-done", EEXIST), lostReply("EIO-done", EIO)};
     all[writeFile] = {broken, full, stale, lostReply("EIO-done", EIO)};
+    all[flushFile] = {broken, full, lostReply("EIO-done", EIO)};
     all[openSearch] = {missing, refused("ENOTDIR", ENOTDIR), denied, broken, used, stale, noMemory};
     all[nextOfSearch] = {broken, stale};
     all[codeOfSearch] = {broken, stale};
@@ -108,15 +110,18 @@ std::vector<Answers> makeAnswers()
 }
 
 const char* const names[functionCount] = {
-    "sleepFor",         "entryKind",           "fileStatus",        "modificationTime", "changeMode",       "availableSpace",
-    "makeDirectory",    "removeFile",          "openFile",          "writeFile",        "openSearch",
-    "nextOfSearch",     "codeOfSearch",        "openRemoval",       "openChild",        "listEntries",
-    "matchEntries",     "kindOfEntry",         "removeEntry",       "removeEmptyDirectory",
-    "allowRemovalOf",   "allowRemovalsInside", "restorePermission", "resume",           "userLanguage",
-    "fromCodePage932",  "loadLibrary",         "findSymbol",        "unloadLibrary",    "listModules",
-    "moduleFileName",   "ownModuleFileName",   "canonicalize",      "fullPath",         "createSemaphore",
-    "waitForSemaphore", "releaseSemaphore",    "closeSemaphore",    "lastError",        "systemErrorText",
-    "setTimer"};
+    "sleepFor",
+    "entryKind",         "fileStatus",       "modificationTime",     "modificationTimeAtServer",
+    "changeMode",        "availableSpace",   "makeDirectory",        "removeFile",
+    "openFile",          "writeFile",        "flushFile",            "openSearch",
+    "nextOfSearch",      "codeOfSearch",     "openRemoval",          "openChild",
+    "listEntries",       "matchEntries",     "kindOfEntry",          "removeEntry",
+    "removeEmptyDirectory", "allowRemovalOf", "allowRemovalsInside", "restorePermission",
+    "resume",            "userLanguage",     "fromCodePage932",      "loadLibrary",
+    "findSymbol",        "unloadLibrary",    "listModules",          "moduleFileName",
+    "ownModuleFileName", "canonicalize",     "fullPath",             "createSemaphore",
+    "waitForSemaphore",  "releaseSemaphore", "closeSemaphore",       "lastError",
+    "systemErrorText",   "setTimer"};
 
 }  // namespace
 

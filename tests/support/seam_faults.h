@@ -2,16 +2,23 @@
 
 #include <array>
 #include <cstddef>
+#include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 /// The functions of the seam fail when a test wants them to. The library's
-/// calls of them come here first: the program is made with
-/// zorvel_test_with_seam_faults(), which also gives it the fake clock.
+/// calls of them come here first. There are two ways to ask for it:
 ///
-/// Only calls of the thread that called begin() count and fail. For that thread
-/// a pause moves the wall clock and takes no time; timers have real threads,
-/// which sleep until they are cancelled and call nothing by themselves.
+/// begin() and end(), around a whole scenario: only calls of the thread that
+/// called begin() count and fail. The program is made with
+/// zorvel_test_with_seam_faults(), which also gives it the fake clock. For that
+/// thread a pause moves the wall clock and takes no time; timers have real
+/// threads, which sleep until they are cancelled and call nothing by themselves.
+///
+/// failNext() and failAlways(), around single calls: those of all threads. For
+/// them the files are enough (zorvel_test_with_file_faults()), and clock and
+/// timers are whatever the program has.
 namespace zorvel {
 namespace test {
 namespace seam_faults {
@@ -22,12 +29,14 @@ enum Function
     entryKind,
     fileStatus,
     modificationTime,
+    modificationTimeAtServer,
     changeMode,
     availableSpace,
     makeDirectory,
     removeFile,
     openFile,
     writeFile,
+    flushFile,
     openSearch,
     nextOfSearch,
     codeOfSearch,
@@ -104,19 +113,72 @@ const std::size_t endOfForEver = 5000;
 
 typedef std::array<std::size_t, functionCount> Counts;
 
+/// Calls in which something below the seam failed (see watchBelow()), with what
+/// the seam gave for it: a code, a kind, or whether there was a result at all.
+typedef std::set<std::pair<Function, long>> Hits;
+
+struct Record
+{
+    Counts counts;         ///< how often each function was called
+    std::size_t failures;  ///< how many of the calls failed
+    Hits hits;
+};
+
 /// The calling thread's calls are counted and, with a fault, fail.
 void begin(const Fault* fault);
 
-/// They do not any more; how often each function was called, and how many of
-/// the calls failed.
-Counts end(std::size_t& failures);
+/// They do not any more.
+Record end();
+
+/// From now on calls also ask how often something below the seam has failed by
+/// then; null: they do not.
+void watchBelow(std::size_t (*failures)());
+
+/// Lets the next `times` calls of a function fail with a code of the runtime;
+/// nothing is done by them.
+void failNext(Function function, int code, std::size_t times);
+
+/// Every call fails from now on.
+void failAlways(Function function, int code);
+
+/// No failure is asked for any more, and nothing has been called.
+void reset();
+
+/// Calls since reset(), those that failed too.
+std::size_t calls(Function function);
+
+/// Calls reset() at both ends of a test.
+class Scope
+{
+public:
+    Scope() { reset(); }
+    ~Scope() { reset(); }
+    Scope(const Scope&) = delete;
+    Scope& operator=(const Scope&) = delete;
+};
 
 /// For the functions that stand in front of the seam's: the answer that this
 /// call is to fail with, or null.
 const Answer* next(Function function);
 
+/// While one lives, the seam's functions call each other: those calls are not
+/// the library's, and neither count nor fail.
+class Inside
+{
+public:
+    Inside();
+    ~Inside();
+    Inside(const Inside&) = delete;
+    Inside& operator=(const Inside&) = delete;
+};
+
 /// Throws what the effect of an answer asks for.
 void throwIfAsked(const Answer& answer);
+
+/// The failures below the seam so far, and a call of a function in which there
+/// were more of them than `before`.
+std::size_t failuresBelow();
+void noteIfHit(Function function, std::size_t before, long result);
 
 /// Timers that were set and not cancelled, and a call of each by the calling
 /// thread. An exception ends the timer and is gone.

@@ -32,6 +32,11 @@ ZORVEL_SEAM(modificationTime, int, const char* path, std::int64_t& seconds)
     return seam::called<int>(seam::modificationTime, [&] { return real_modificationTime(path, seconds); });
 }
 
+ZORVEL_SEAM(modificationTimeAtServer, int, const char* path, std::int64_t& seconds)
+{
+    return seam::called<int>(seam::modificationTimeAtServer, [&] { return real_modificationTimeAtServer(path, seconds); });
+}
+
 ZORVEL_SEAM(changeMode, int, const char* path, unsigned short mode)
 {
     return seam::called<int>(seam::changeMode, [&] { return real_changeMode(path, mode); });
@@ -65,10 +70,22 @@ ZORVEL_SEAM(writeFile, int, WritableFile* self, const void* data, std::size_t si
     return seam::called<int>(seam::writeFile, [&] { return real_writeFile(self, data, size); });
 }
 
+ZORVEL_SEAM(flushFile, int, WritableFile* self)
+{
+    return seam::called<int>(seam::flushFile, [&] { return real_flushFile(self); });
+}
+
 ZORVEL_SEAM(openSearch, int, DirectorySearch* self, const char* pattern)
 {
     codeOfBrokenSearch = 0;
     return seam::called<int>(seam::openSearch, [&] { return real_openSearch(self, pattern); });
+}
+
+ZORVEL_SEAM(codeOfSearch, int, const DirectorySearch* self)
+{
+    return seam::called<int>(seam::codeOfSearch, [&] {
+        return codeOfBrokenSearch != 0 ? static_cast<int>(codeOfBrokenSearch) : real_codeOfSearch(self);
+    });
 }
 
 ZORVEL_SEAM(nextOfSearch, const char*, DirectorySearch* self)
@@ -77,14 +94,10 @@ ZORVEL_SEAM(nextOfSearch, const char*, DirectorySearch* self)
         codeOfBrokenSearch = answer->result;
         return nullptr;
     }
-    return real_nextOfSearch(self);
-}
-
-ZORVEL_SEAM(codeOfSearch, int, const DirectorySearch* self)
-{
-    return seam::called<int>(seam::codeOfSearch, [&] {
-        return codeOfBrokenSearch != 0 ? static_cast<int>(codeOfBrokenSearch) : real_codeOfSearch(self);
-    });
+    const std::size_t before = seam::failuresBelow();
+    const char* const name = seam::insideOf([&] { return real_nextOfSearch(self); });
+    seam::noteIfHit(seam::nextOfSearch, before, name ? 0 : real_codeOfSearch(self));
+    return name;
 }
 
 ZORVEL_SEAM(openRemoval, int, RemovalDirectory* self, const char* path)
@@ -129,14 +142,12 @@ ZORVEL_SEAM(allowRemovalOf, bool, const RemovalDirectory* self, const char* name
 
 ZORVEL_SEAM(allowRemovalsInside, void, RemovalDirectory* self)
 {
-    if (!seam::next(seam::allowRemovalsInside))
-        real_allowRemovalsInside(self);
+    seam::calledOrNot(seam::allowRemovalsInside, [&] { real_allowRemovalsInside(self); });
 }
 
 ZORVEL_SEAM(restorePermission, void, RemovalDirectory* self)
 {
-    if (!seam::next(seam::restorePermission))
-        real_restorePermission(self);
+    seam::calledOrNot(seam::restorePermission, [&] { real_restorePermission(self); });
 }
 
 ZORVEL_SEAM(resume, bool, RemovalDirectory* self, const RemovalDirectory& child)

@@ -25,7 +25,7 @@ public:
         return textOf(m_reader.isAcquired());
     }
 
-    void check(const std::string& ending, const Fault* fault) override
+    void check(const std::string& ending, const Faults& faults) override
     {
         const bool isReader = ending == "true";
         EXPECT_EQ(isReader, m_reader.isAcquired());
@@ -35,7 +35,7 @@ public:
         EXPECT_TRUE(isReader ? countOf(".deploy_read_lock.") != 0 : has(".deploy_write_lock"));
         EXPECT_EQ(isReader, m_reader.release());
         EXPECT_EQ(!isReader, m_writer.release());
-        expectFree(fault);
+        expectFree(faults);
     }
 
 private:
@@ -56,7 +56,7 @@ public:
         return textOf(writer.tryDowngrade().isAcquired());
     }
 
-    void check(const std::string&, const Fault* fault) override { expectFree(fault); }
+    void check(const std::string&, const Faults& faults) override { expectFree(faults); }
 };
 
 }  // namespace
@@ -93,7 +93,7 @@ Scenarios downgradeScenarios()
         {openSearch, "", ever, "zvFileAccessError"},
     };
     return {
-        {"downgrade", &make<Downgrade>, "true", downgrading},
+        {"downgrade", &make<Downgrade>, "true", downgrading, 1000, "zvNoSuchDirectory"},
         {"downgrade_of_nobody", &make<DowngradeOfNobody>, "false", nobody},
     };
 }

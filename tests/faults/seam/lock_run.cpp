@@ -71,10 +71,10 @@ std::size_t LockRun::countOf(const std::string& beginning) const
     }));
 }
 
-void LockRun::expectFree(const Fault* fault) const
+void LockRun::expectFree(const Faults& faults) const
 {
     EXPECT_EQ(0u, seam_faults::runningTimers());
-    if (!fault || !leavesAFile(*fault)) {
+    if (std::none_of(faults.begin(), faults.end(), leavesAFile)) {
         EXPECT_THAT(m_tree.names(directoryName), testing::IsEmpty());
     }
     for (const std::string& name : m_tree.names(directoryName))

@@ -32,7 +32,7 @@ protected:
     /// Nobody holds the directory or waits for it: no timer runs, and no file
     /// stays but what the fault itself has left. A minute later everybody can
     /// have it.
-    void expectFree(const Fault* fault) const;
+    void expectFree(const Faults& faults) const;
 
     /// What a newcomer gets on the healthy system.
     bool newcomerCanWrite() const;

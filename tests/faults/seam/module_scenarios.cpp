@@ -1,6 +1,11 @@
 #include "tests/faults/seam/scenario.h"
 
+#include "tests/support/system_facts.h"
+#include "tests/unit/modules/real_libraries.h"
+
 #include <zorvel/modules.h>
+
+#include <boost/system/system_error.hpp>
 
 #include <gtest/gtest.h>
 
@@ -19,7 +24,7 @@ const std::size_t pathSize = 2562;
 class ModuleRun : public Run
 {
 public:
-    void check(const std::string&, const Fault*) override {}
+    void check(const std::string&, const Faults&) override {}
 };
 
 /// The names of all modules; one that the system cannot tell is the one before.
@@ -40,6 +45,42 @@ public:
     }
 };
 
+/// More than fit in the list itself, so that the system is asked twice. The
+/// caller is told which of the two failed.
+class ListOfMany : public ModuleRun
+{
+public:
+    ListOfMany()
+    {
+        for (int index = 0; index < 130; ++index) {
+            const std::string name = "many" + std::to_string(index) + librarySuffix();
+            copyPlainLibrary(m_tree, name);
+            m_libraries.emplace_back(new Loaded(m_tree.path(name)));
+        }
+    }
+
+    std::string act() override
+    {
+        try {
+            const zvLoadedModuleList modules;
+            return modules.end().getIndex() > 130 ? "all" : "few";
+        } catch (const boost::system::system_error& error) {
+            return std::strstr(error.what(), "on second call") ? "second" : "first";
+        }
+    }
+
+    void check(const std::string& ending, const Faults& faults) override
+    {
+        if (contains(faults, listModules)) {
+            EXPECT_EQ(faults[0].call == 1 ? "first" : "second", ending);
+        }
+    }
+
+private:
+    const TemporaryTree m_tree;
+    std::vector<std::unique_ptr<Loaded>> m_libraries;
+};
+
 /// By a part of its name, with a symbol that it must export.
 class Lookup : public ModuleRun
 {
@@ -48,14 +89,14 @@ public:
 
     std::string act() override
     {
-        char* const found = zvGetLoadedModuleFullPath(m_path, "libc.so", m_symbol ? &m_symbol : nullptr, 1);
+        char* const found = zvGetLoadedModuleFullPath(m_path, systemLibrary(), m_symbol ? &m_symbol : nullptr, 1);
         EXPECT_TRUE(!found || found == m_path);
         return found ? "found" : "null";
     }
 
-    void check(const std::string& ending, const Fault*) override
+    void check(const std::string& ending, const Faults&) override
     {
-        EXPECT_EQ(ending == "found", std::strstr(m_path, "libc.so") != nullptr) << m_path;
+        EXPECT_EQ(ending == "found", std::strstr(m_path, systemLibrary()) != nullptr) << m_path;
         EXPECT_EQ(ending != "found", std::strcmp(m_path, "left") == 0) << m_path;
     }
 
@@ -67,7 +108,7 @@ private:
 class LookupOfSymbol : public Lookup
 {
 public:
-    LookupOfSymbol() : Lookup("getpid") {}
+    LookupOfSymbol() : Lookup(systemSymbol()) {}
 };
 
 class OwnPath : public ModuleRun
@@ -79,7 +120,7 @@ public:
         return textOf(zvGetCurrentModulePath(nullptr, m_path, sizeof m_path));
     }
 
-    void check(const std::string& ending, const Fault*) override
+    void check(const std::string& ending, const Faults&) override
     {
         EXPECT_EQ(ending == "true", *m_path != '\0');
         EXPECT_EQ('\0', m_path[sizeof m_path - 1]);
@@ -109,6 +150,7 @@ Scenarios moduleScenarios()
     } + listing;
     return {
         {"module_list", &make<List>, "all", naming, 4},
+        {"module_list_of_many", &make<ListOfMany>, "all", {{listModules, "", both, "first second"}}, 2},
         {"module_lookup", &make<Lookup>, "found", looking},
         {"module_lookup_of_symbol", &make<LookupOfSymbol>, "found", looking},
         {"module_own_path", &make<OwnPath>, "true", {{ownModuleFileName, "", both, "false"}}},

@@ -1,9 +1,7 @@
 #include "tests/faults/seam/scenario.h"
 #include "tests/support/temporary_tree.h"
 
-#include <zorvel/errors.h>
 #include <zorvel/fsutil.h>
-#include <zorvel/paths.h>
 
 #include <gtest/gtest.h>
 
@@ -19,7 +17,7 @@ class QueryRun : public Run
 {
 public:
     QueryRun() { m_tree.file("file", "seven b"); }
-    void check(const std::string&, const Fault*) override { EXPECT_EQ("seven b", m_tree.content("file")); }
+    void check(const std::string&, const Faults&) override { EXPECT_EQ("seven b", m_tree.content("file")); }
 
 protected:
     std::string file() const { return m_tree.path("file"); }
@@ -73,41 +71,6 @@ public:
     }
 };
 
-/// Without an absolute form the input itself is the answer.
-class CanonicalPath : public QueryRun
-{
-public:
-    std::string act() override
-    {
-        char out[2562];
-        const std::string path = "a\\..\\b";
-        const char* const result = zvCanonicalizePath(out, sizeof out, path.c_str(), path.size());
-        return result == path.c_str() ? "input" : result == out ? "absolute" : "elsewhere";
-    }
-};
-
-class CollapsedPath : public QueryRun
-{
-public:
-    std::string act() override
-    {
-        char out[260] = "left";
-        EXPECT_EQ(out, zvCollapsePath(out, "\\a\\..\\b"));
-        return *out ? out : "empty";
-    }
-};
-
-class ErrorText : public QueryRun
-{
-public:
-    std::string act() override
-    {
-        const std::string text = zvGetWinErrorMessage(2);
-        const std::string last = zvGetWinErrorMessage(0xFFFFFFFFul);
-        return text.empty() ? last.empty() ? "neither" : "last" : "text";
-    }
-};
-
 }  // namespace
 
 Scenarios queryScenarios()
@@ -132,13 +95,7 @@ Scenarios queryScenarios()
         {"file_size", &make<FileSize>, "7", {{fileStatus, "", both, "0"}}},
         {"kinds", &make<Kinds>, "true,true,false", kinds},
         {"space", &make<Space>, "true", {{availableSpace, "", both, "false"}}},
-        {"permissions", &make<Permissions>, "true,true,true,true", permissions},
-        {"canonical_path", &make<CanonicalPath>, "absolute", {{fullPath, "", both, "input"}}},
-        {"collapsed_path", &make<CollapsedPath>, "\\b", {{canonicalize, "", both, "empty"}}},
-        {"error_text", &make<ErrorText>, "text",
-         {{systemErrorText, "bad_alloc", both, "bad_alloc"},
-          {systemErrorText, "", once, "text last"},
-          {systemErrorText, "", ever, "text neither"}}},
+        {"permissions", &make<Permissions>, "true,true,true,true", permissions, 1000, "true,true,false,false"},
     };
 }
 

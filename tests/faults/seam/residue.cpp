@@ -18,7 +18,7 @@ void reportRun()
 {
     if (!underWay[0])
         return;
-    writeAtOnce("broke down in ZORVEL_SEAM_FAULT=\"");
+    writeAtOnce("broke down in ZORVEL_FAULT=\"");
     writeAtOnce(underWay);
     writeAtOnce("\"\n");
 }

@@ -10,9 +10,9 @@ namespace seam {
 /// the seam that it calls, every call of it, every way to fail, once and for
 /// ever. Returns the number of runs with a fault. Failures name the run:
 ///
-///     ZORVEL_SEAM_FAULT="scenario function call answer once|ever" seam_fault_test
+///     ZORVEL_FAULT="scenario function call answer once|ever" seam_fault_test
 ///
-/// makes that run alone. With ZORVEL_SEAM_ENDINGS set every ending is printed.
+/// makes that run alone. With ZORVEL_FAULT_ENDINGS set every ending is printed.
 std::size_t runAll(const Scenario& scenario);
 
 /// The scenarios that this process is to run.

@@ -16,6 +16,12 @@ namespace seam {
 using seam_faults::Fault;
 using seam_faults::Function;
 
+/// What failed in a run: nothing, one call or all of one function, or, when it
+/// was something below the seam, also several functions.
+typedef std::vector<Fault> Faults;
+
+bool contains(const Faults& faults, Function function);
+
 /// One run of a scenario: it is made on a healthy system, acts on one that
 /// fails, and is then looked at on a healthy one. What it leaves behind when it
 /// is gone is a leak.
@@ -28,9 +34,8 @@ public:
     /// of the exception.
     virtual std::string act() = 0;
 
-    /// What must hold whatever failed, given what the caller saw. `fault` is
-    /// null when nothing failed.
-    virtual void check(const std::string& ending, const Fault* fault) = 0;
+    /// What must hold whatever failed, given what the caller saw.
+    virtual void check(const std::string& ending, const Faults& faults) = 0;
 };
 
 enum class Persistence
@@ -64,9 +69,26 @@ struct Scenario
     Rules rules;
     /// So many of a function's calls fail in turn, the last one included.
     std::size_t calls = 1000;
+    /// How it may also end when several functions fail, because something below
+    /// them does.
+    const char* together = "";
 };
 
 typedef std::vector<Scenario> Scenarios;
+
+/// The endings that the rules state for a fault, separated by blanks.
+std::string endingsWith(const Scenario& scenario, const Fault& fault);
+
+typedef std::vector<std::string> Words;
+
+Words wordsOf(const std::string& text);
+bool contains(const Words& words, const std::string& word);
+
+/// Those that ZORVEL_FAULT lets run.
+Scenarios wantedOf(const Scenarios& scenarios);
+
+/// The value of a variable of the environment, or the empty text.
+std::string setting(const char* name);
 
 void PrintTo(const Scenario& scenario, std::ostream* stream);
 
@@ -77,6 +99,7 @@ Scenarios removalScenarios();
 Scenarios creationScenarios();
 Scenarios walkScenarios();
 Scenarios queryScenarios();
+Scenarios textScenarios();
 Scenarios semaphoreScenarios();
 Scenarios moduleScenarios();
 Scenarios temporaryNameScenarios();

@@ -23,20 +23,22 @@ class SemaphoreRun : public Run
 public:
     SemaphoreRun() : m_semaphore(new zvSemaphoreIPC(name(), 0, false)) {}
 
-    void check(const std::string& ending, const Fault* fault) override
+    void check(const std::string& ending, const Faults& faults) override
     {
         const std::string messages = m_errors.take();
-        if (!fault || fault->answer.effect != Effect::noMemory) {
-            EXPECT_EQ(fault ? isTold(*fault) : expectsMessage(), !messages.empty()) << messages;
+        if (faults.empty()) {
+            EXPECT_EQ(expectsMessage(), !messages.empty()) << messages;
+        } else if (faults[0].answer.effect != Effect::noMemory) {
+            EXPECT_EQ(isTold(faults[0]), !messages.empty()) << messages;
         }
-        checkObject(ending, fault);
+        checkObject(ending, faults);
         m_semaphore.reset();
         expectGone();
     }
 
 protected:
     std::string name() const { return "seam-" + m_tree.root(); }
-    virtual void checkObject(const std::string& ending, const Fault* fault) = 0;
+    virtual void checkObject(const std::string& ending, const Faults& faults) = 0;
     /// Whether a message comes when nothing fails.
     virtual bool expectsMessage() const { return false; }
 
@@ -69,7 +71,7 @@ public:
     std::string act() override { return textOf(m_semaphore->Open()); }
 
 protected:
-    void checkObject(const std::string& ending, const Fault*) override
+    void checkObject(const std::string& ending, const Faults&) override
     {
         EXPECT_EQ(ending == "true", m_semaphore->IsValid());
         EXPECT_EQ(ending == "true", m_semaphore->TryAcquire());
@@ -82,7 +84,7 @@ public:
     OpenedRun() { EXPECT_TRUE(m_semaphore->Open()); }
 
 protected:
-    void checkObject(const std::string&, const Fault*) override { EXPECT_TRUE(m_semaphore->IsValid()); }
+    void checkObject(const std::string&, const Faults&) override { EXPECT_TRUE(m_semaphore->IsValid()); }
 };
 
 class Acquire : public OpenedRun
@@ -91,9 +93,9 @@ public:
     std::string act() override { return textOf(m_semaphore->Acquire(true)); }
 
 protected:
-    void checkObject(const std::string& ending, const Fault* fault) override
+    void checkObject(const std::string& ending, const Faults& faults) override
     {
-        OpenedRun::checkObject(ending, fault);
+        OpenedRun::checkObject(ending, faults);
         EXPECT_EQ(ending == "true", m_semaphore->OwnsLock());
         EXPECT_EQ(ending != "true", m_semaphore->TryAcquire()) << "it is taken exactly when it says so";
     }
@@ -133,11 +135,11 @@ public:
     std::string act() override { return textOf(m_semaphore->Release()); }
 
 protected:
-    void checkObject(const std::string& ending, const Fault* fault) override
+    void checkObject(const std::string& ending, const Faults& faults) override
     {
-        OpenedRun::checkObject(ending, fault);
+        OpenedRun::checkObject(ending, faults);
         EXPECT_FALSE(m_semaphore->OwnsLock());
-        const bool isDone = ending == "true" || fault->answer.effect == Effect::done;
+        const bool isDone = ending == "true" || faults.at(0).answer.effect == Effect::done;
         EXPECT_EQ(isDone, m_semaphore->TryAcquire());
     }
 };
@@ -161,7 +163,7 @@ public:
     }
 
 protected:
-    void checkObject(const std::string&, const Fault*) override {}
+    void checkObject(const std::string&, const Faults&) override {}
 };
 
 /// One whole life.
@@ -178,7 +180,7 @@ public:
     }
 
 protected:
-    void checkObject(const std::string&, const Fault*) override {}
+    void checkObject(const std::string&, const Faults&) override {}
 };
 
 }  // namespace

@@ -22,7 +22,7 @@ public:
 
     std::string act() override { return zvGetTempName(m_name) == m_name ? "name" : "null"; }
 
-    void check(const std::string&, const Fault*) override
+    void check(const std::string&, const Faults&) override
     {
         const std::string directory = zvGetTempDir();
         const std::string name = m_name;

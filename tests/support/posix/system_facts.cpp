@@ -44,6 +44,31 @@ void setLastError(unsigned long code)
     errno = static_cast<int>(code);
 }
 
+bool linksAreRemovable()
+{
+    return true;
+}
+
+bool readOnlyFilesStay()
+{
+    return false;
+}
+
+bool searchesForNothingBegin()
+{
+    return true;
+}
+
+const char* systemLibrary()
+{
+    return "libc.so";
+}
+
+const char* systemSymbol()
+{
+    return "getpid";
+}
+
 void setEnvironment(const std::string& name, const std::string& value)
 {
     setenv(name.c_str(), value.c_str(), 1);

@@ -45,6 +45,31 @@ void setLastError(unsigned long code)
     SetLastError(code);
 }
 
+bool linksAreRemovable()
+{
+    return GetProcAddress(GetModuleHandleA("ntdll.dll"), "wine_get_version") == nullptr;
+}
+
+bool readOnlyFilesStay()
+{
+    return true;
+}
+
+bool searchesForNothingBegin()
+{
+    return false;
+}
+
+const char* systemLibrary()
+{
+    return "kernel32.dll";
+}
+
+const char* systemSymbol()
+{
+    return "GetCurrentProcessId";
+}
+
 void setEnvironment(const std::string& name, const std::string& value)
 {
     _putenv_s(name.c_str(), value.c_str());

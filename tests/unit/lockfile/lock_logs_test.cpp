@@ -2,9 +2,9 @@
 
 #include "tests/support/child.h"
 #include "tests/support/fake_clock.h"
+#include "tests/support/seam_faults.h"
 #include "tests/support/system_facts.h"
 #include "tests/support/temporary_tree.h"
-#include "tests/unit/lockfile/seam_faults.h"
 
 #include <gtest/gtest.h>
 
@@ -31,7 +31,7 @@ int refreshAndFail(const std::vector<std::string>& arguments)
             setEnvironment(name, arguments[1]);
     const boost::shared_ptr<zvAbstractFS> fs = zvGetDefaultFSImp();
     const bool done = fs->refreshLockFile(arguments.at(0));
-    seam_faults::failAlways(seam_faults::open, EIO);
+    seam_faults::failAlways(seam_faults::openFile, EIO);
     const bool failed = !fs->refreshLockFile(arguments.at(0));
     return done && failed ? 0 : 1;
 }

@@ -5,8 +5,8 @@
 
 #include "tests/support/fake_clock.h"
 #include "tests/support/fake_timer.h"
+#include "tests/support/seam_faults.h"
 #include "tests/support/temporary_tree.h"
-#include "tests/unit/lockfile/seam_faults.h"
 
 #include <boost/thread/thread.hpp>
 
@@ -63,15 +63,15 @@ void expectDenied(const std::string& name, F f)
 
 TEST_F(NetworkFsFaults, ADeniedCreationIsTried51TimesThenThrown)
 {
-    seam_faults::failAlways(seam_faults::open, EACCES);
+    seam_faults::failAlways(seam_faults::openFile, EACCES);
     expectDenied(m_name, [&] { create(); });
-    EXPECT_EQ(51u, seam_faults::calls(seam_faults::open));
+    EXPECT_EQ(51u, seam_faults::calls(seam_faults::openFile));
     EXPECT_EQ(sleepsOf(50, 10), fake_clock::sleeps());
 }
 
 TEST_F(NetworkFsFaults, ACreationDenied50TimesSucceeds)
 {
-    seam_faults::failNext(seam_faults::open, EACCES, 50);
+    seam_faults::failNext(seam_faults::openFile, EACCES, 50);
     EXPECT_TRUE(create());
     EXPECT_EQ(sleepsOf(50, 10), fake_clock::sleeps());
     EXPECT_TRUE(m_tree.exists("file"));
@@ -80,7 +80,7 @@ TEST_F(NetworkFsFaults, ACreationDenied50TimesSucceeds)
 TEST_F(NetworkFsFaults, ACreationThatWasDeniedMayFindTheFileThere)
 {
     m_tree.file("file");
-    seam_faults::failNext(seam_faults::open, EACCES, 3);
+    seam_faults::failNext(seam_faults::openFile, EACCES, 3);
     EXPECT_FALSE(create());
     EXPECT_EQ(sleepsOf(3, 10), fake_clock::sleeps());
 }
@@ -89,7 +89,7 @@ TEST_F(NetworkFsFaults, OnlyDeniedAccessIsTriedAgain)
 {
     for (const int code : {EEXIST, ENOENT, EIO, EBUSY, EMFILE}) {
         seam_faults::reset();
-        seam_faults::failAlways(seam_faults::open, code);
+        seam_faults::failAlways(seam_faults::openFile, code);
         try {
             EXPECT_FALSE(create());
             EXPECT_EQ(EEXIST, code);
@@ -98,7 +98,7 @@ TEST_F(NetworkFsFaults, OnlyDeniedAccessIsTriedAgain)
                           " (reason: " + std::strerror(code) + ")",
                       error.what());
         }
-        EXPECT_EQ(1u, seam_faults::calls(seam_faults::open));
+        EXPECT_EQ(1u, seam_faults::calls(seam_faults::openFile));
     }
     EXPECT_THAT(fake_clock::sleeps(), IsEmpty());
 }
@@ -107,7 +107,7 @@ TEST_F(NetworkFsFaults, AMissingDirectoryGoesBeforeEveryCode)
 {
     const std::string name = m_tree.root() + "/missing/file";
     for (const int code : {EEXIST, EACCES, EIO}) {
-        seam_faults::failAlways(seam_faults::open, code);
+        seam_faults::failAlways(seam_faults::openFile, code);
         EXPECT_THROW(m_fs->createFileExclusive(name.c_str()), zvNoSuchDirectory);
         EXPECT_THROW(m_fs->refreshLockFileUntil(name, in(5)), zvNoSuchDirectory);
     }
@@ -180,15 +180,15 @@ TEST_F(NetworkFsFaults, ADeniedRemovalIsThrownAtOnce)
 
 TEST_F(NetworkFsFaults, ADeniedRefreshIsTried51TimesThenThrown)
 {
-    seam_faults::failAlways(seam_faults::open, EACCES);
+    seam_faults::failAlways(seam_faults::openFile, EACCES);
     expectDenied(m_name, [&] { refresh(in(10000)); });
-    EXPECT_EQ(51u, seam_faults::calls(seam_faults::open));
+    EXPECT_EQ(51u, seam_faults::calls(seam_faults::openFile));
     EXPECT_EQ(sleepsOf(50, 10), fake_clock::sleeps());
 }
 
 TEST_F(NetworkFsFaults, ARefreshDenied50TimesSucceedsAfterItsDeadlineToo)
 {
-    seam_faults::failNext(seam_faults::open, EACCES, 50);
+    seam_faults::failNext(seam_faults::openFile, EACCES, 50);
     EXPECT_TRUE(refresh(in(-1)));
     EXPECT_EQ(sleepsOf(50, 10), fake_clock::sleeps());
     EXPECT_EQ(4u, m_tree.content("file").size());
@@ -196,38 +196,38 @@ TEST_F(NetworkFsFaults, ARefreshDenied50TimesSucceedsAfterItsDeadlineToo)
 
 TEST_F(NetworkFsFaults, AFailedRefreshIsRepeatedEachMillisecondUntilTheDeadline)
 {
-    seam_faults::failAlways(seam_faults::open, EIO);
+    seam_faults::failAlways(seam_faults::openFile, EIO);
     EXPECT_FALSE(refresh(in(20)));
-    EXPECT_EQ(20u, seam_faults::calls(seam_faults::open));
+    EXPECT_EQ(20u, seam_faults::calls(seam_faults::openFile));
     EXPECT_EQ(sleepsOf(20, 1), fake_clock::sleeps());
 }
 
 TEST_F(NetworkFsFaults, AFailedRefreshAfterTheDeadlineIsOneAttemptAndOnePause)
 {
-    seam_faults::failAlways(seam_faults::open, EIO);
+    seam_faults::failAlways(seam_faults::openFile, EIO);
     EXPECT_FALSE(refresh(in(0)));
     EXPECT_FALSE(refresh(in(-50)));
     EXPECT_FALSE(refresh(ptime(boost::posix_time::neg_infin)));
     EXPECT_FALSE(refresh(ptime(boost::posix_time::not_a_date_time)));
-    EXPECT_EQ(4u, seam_faults::calls(seam_faults::open));
+    EXPECT_EQ(4u, seam_faults::calls(seam_faults::openFile));
     EXPECT_EQ(sleepsOf(4, 1), fake_clock::sleeps());
 }
 
 TEST_F(NetworkFsFaults, ARefreshGoesOnUntilItSucceeds)
 {
-    seam_faults::failNext(seam_faults::open, EIO, 700);
+    seam_faults::failNext(seam_faults::openFile, EIO, 700);
     EXPECT_TRUE(refresh(ptime(boost::posix_time::pos_infin)));
     EXPECT_EQ(sleepsOf(700, 1), fake_clock::sleeps());
 }
 
 TEST_F(NetworkFsFaults, AShortWriteIsAFailedRefresh)
 {
-    seam_faults::failAlways(seam_faults::write, EIO);
+    seam_faults::failAlways(seam_faults::writeFile, EIO);
     EXPECT_FALSE(refresh(in(5)));
-    EXPECT_EQ(5u, seam_faults::calls(seam_faults::write));
+    EXPECT_EQ(5u, seam_faults::calls(seam_faults::writeFile));
     EXPECT_EQ("", m_tree.content("file"));
     seam_faults::reset();
-    seam_faults::failNext(seam_faults::write, EIO, 3);
+    seam_faults::failNext(seam_faults::writeFile, EIO, 3);
     EXPECT_TRUE(refresh(in(5)));
     EXPECT_EQ(4u, m_tree.content("file").size());
 }
@@ -235,31 +235,31 @@ TEST_F(NetworkFsFaults, AShortWriteIsAFailedRefresh)
 TEST_F(NetworkFsFaults, OnlyAPeriodicRefreshIsFlushed)
 {
     EXPECT_TRUE(refresh(in(1000)));
-    EXPECT_EQ(0u, seam_faults::calls(seam_faults::flush));
+    EXPECT_EQ(0u, seam_faults::calls(seam_faults::flushFile));
     {
         const zorvel::lockfile::PeriodicRefresh periodic;
         EXPECT_TRUE(refresh(in(1000)));
     }
-    EXPECT_EQ(1u, seam_faults::calls(seam_faults::flush));
+    EXPECT_EQ(1u, seam_faults::calls(seam_faults::flushFile));
     EXPECT_TRUE(refresh(in(1000)));
-    EXPECT_EQ(1u, seam_faults::calls(seam_faults::flush));
+    EXPECT_EQ(1u, seam_faults::calls(seam_faults::flushFile));
 }
 
 TEST_F(NetworkFsFaults, ARefreshThatCannotBeFlushedIsTriedAgain)
 {
     const zorvel::lockfile::PeriodicRefresh periodic;
-    seam_faults::failNext(seam_faults::flush, EIO, 2);
+    seam_faults::failNext(seam_faults::flushFile, EIO, 2);
     EXPECT_TRUE(refresh(in(1000)));
-    EXPECT_EQ(3u, seam_faults::calls(seam_faults::flush));
+    EXPECT_EQ(3u, seam_faults::calls(seam_faults::flushFile));
 }
 
 /// The timer's touch is a periodic one; the first is not.
 TEST_F(NetworkFsFaults, ALockFileFlushesWhatItsTimerRefreshes)
 {
     const zvLockFile file(m_name, boost::posix_time::seconds(1), m_fs);
-    EXPECT_EQ(0u, seam_faults::calls(seam_faults::flush));
+    EXPECT_EQ(0u, seam_faults::calls(seam_faults::flushFile));
     zorvel::test::fake_timer::fire();
-    EXPECT_EQ(1u, seam_faults::calls(seam_faults::flush));
+    EXPECT_EQ(1u, seam_faults::calls(seam_faults::flushFile));
 }
 
 TEST_F(NetworkFsFaults, ATimeThatCannotBeReadIsThrown)
@@ -291,10 +291,10 @@ TEST_F(NetworkFsFaults, ATimeThatCannotBeReadWhileTheFileGoesIsAskedForAgain)
 }
 
 /// What a search says when it fails with a code, at its beginning or its end.
-std::string textOfFailedSearch(const std::string& pattern, seam_faults::Operation operation, int code)
+std::string textOfFailedSearch(const std::string& pattern, seam_faults::Function function, int code)
 {
     const seam_faults::Scope faults;
-    seam_faults::failNext(operation, code, 1);
+    seam_faults::failNext(function, code, 1);
     try {
         return zvGetDefaultFSImp()->anyMatch(pattern.c_str()) ? "found" : "nothing";
     } catch (const zvFileAccessError& error) {
@@ -306,7 +306,7 @@ TEST_F(NetworkFsFaults, WhatCannotBeSearchedIsNotTakenForEmpty)
 {
     const std::string text = "File system error occurred: Search failed for " + m_name + " (reason: ";
     for (const int code : {EACCES, EIO, EMFILE, ENOMEM})
-        EXPECT_EQ(text + std::strerror(code) + ")", textOfFailedSearch(m_name, seam_faults::search, code));
+        EXPECT_EQ(text + std::strerror(code) + ")", textOfFailedSearch(m_name, seam_faults::openSearch, code));
 }
 
 /// An empty directory has the names that stand for itself and its parent, so
@@ -316,19 +316,19 @@ TEST_F(NetworkFsFaults, ASearchThatBreaksOffIsNotTakenForItsEnd)
     m_tree.directory("empty");
     const std::string pattern = m_tree.path("empty\\*");
     EXPECT_EQ("File system error occurred: Search failed for " + pattern + " (reason: " + std::strerror(EIO) + ")",
-              textOfFailedSearch(pattern, seam_faults::searchEnd, EIO));
+              textOfFailedSearch(pattern, seam_faults::codeOfSearch, EIO));
 }
 
 TEST_F(NetworkFsFaults, AMatchIsFoundBeforeASearchBreaksOff)
 {
     m_tree.file("some.none");
-    EXPECT_EQ("found", textOfFailedSearch(m_tree.path("*.none"), seam_faults::searchEnd, EIO));
+    EXPECT_EQ("found", textOfFailedSearch(m_tree.path("*.none"), seam_faults::codeOfSearch, EIO));
 }
 
 TEST_F(NetworkFsFaults, WhatIsMissingHoldsNothing)
 {
     for (const int code : {ENOENT, ENOTDIR})
-        EXPECT_EQ("nothing", textOfFailedSearch(m_name, seam_faults::search, code));
+        EXPECT_EQ("nothing", textOfFailedSearch(m_name, seam_faults::openSearch, code));
 }
 
 /// Whether an operation that waits ends by the interruption of its thread.
@@ -357,10 +357,10 @@ bool isInterrupted(F f)
 
 TEST_F(NetworkFsFaults, EveryWaitCanBeInterrupted)
 {
-    seam_faults::failAlways(seam_faults::open, EACCES);
+    seam_faults::failAlways(seam_faults::openFile, EACCES);
     EXPECT_TRUE(isInterrupted([&] { create(); }));
     EXPECT_TRUE(isInterrupted([&] { refresh(in(1000)); }));
-    seam_faults::failAlways(seam_faults::open, EIO);
+    seam_faults::failAlways(seam_faults::openFile, EIO);
     EXPECT_TRUE(isInterrupted([&] { refresh(in(1000)); }));
     seam_faults::failAlways(seam_faults::removeFile, EBUSY);
     EXPECT_TRUE(isInterrupted([&] { remove(in(1000)); }));
