@@ -153,12 +153,13 @@ int WritableFile::write(const void* data, std::size_t size)
 }
 
 /// What a file system of this machine has was seen by everybody when it was
-/// written, and NFS sends it off when the file is closed.
+/// written, and NFS sends it off when the file is closed. A file system that
+/// does not say what it is may be any: that it was asked is nobody's failure.
 int WritableFile::flush()
 {
     struct statfs system;
     if (fstatfs(m_descriptor, &system) != 0)
-        return errno;
+        return sync(m_descriptor);
     const std::uint32_t type = static_cast<std::uint32_t>(system.f_type);
     return type == CIFS_SUPER_MAGIC || type == SMB2_SUPER_MAGIC ? sync(m_descriptor) : 0;
 }
