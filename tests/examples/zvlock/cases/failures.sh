@@ -5,7 +5,7 @@
 cannot_lock() {
     local kind
     for kind in --exclusive --write --read; do
-        ends 125 "$kind" --timeout 5 "$1" -- "$command" note "$PWD/ran" yes
+        ends 125 "$kind" --timeout 60 "$1" -- "$command" note "$PWD/ran" yes
         complains "$2"
         says out
     done
