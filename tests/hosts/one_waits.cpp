@@ -15,6 +15,7 @@ double secondsBetween(Moment from, Moment to)
 OneWaits::OneWaits(const std::string& share, const Part& holder, const Part& waiter)
     : m_directory(share),
       m_what(share + ": " + holder.role.substr(7) + " held, " + waiter.role.substr(7) + " waited"),
+      m_holderReads(holder.role != "asking-exclusive"),
       m_fleet(prepared(m_directory), {holder, waiter})
 {
 }
@@ -25,12 +26,24 @@ std::string OneWaits::prepared(const SharedDirectory& directory)
     return directory.path();
 }
 
-void OneWaits::begin()
+void OneWaits::sendHolder()
 {
     m_fleet.waitReady();
     m_fleet[0].go();
-    EXPECT_TRUE(m_fleet[0].waitHeld(1)) << m_what;
+}
+
+void OneWaits::awaitHolder()
+{
+    EXPECT_TRUE(m_fleet[0].waitSaid(m_holderReads ? "looked" : "held", 1)) << m_what;
+}
+
+void OneWaits::sendWaiter()
+{
     m_fleet[1].go();
+}
+
+void OneWaits::awaitWaiter()
+{
     EXPECT_TRUE(m_fleet[1].waitWaiting(1)) << m_what;
     m_waiterFollower = boost::thread([this] {
         m_fleet[1].waitHeld(1);
@@ -70,8 +83,10 @@ std::vector<std::unique_ptr<OneWaits>> beginOnAllShares(const std::vector<std::p
     for (const std::string& share : shares())
         for (const auto& pair : parts)
             all.emplace_back(new OneWaits(share, pair.first, pair.second));
-    for (const auto& one : all)
-        one->begin();
+    for (const auto step :
+         {&OneWaits::sendHolder, &OneWaits::awaitHolder, &OneWaits::sendWaiter, &OneWaits::awaitWaiter})
+        for (const auto& one : all)
+            (*one.*step)();
     return all;
 }
 

@@ -22,8 +22,14 @@ class OneWaits
 public:
     OneWaits(const std::string& share, const Part& holder, const Part& waiter);
 
-    /// Returns when the one is inside and the other waits.
-    void begin();
+    /// Lets the one go inside, and returns when it is there and has read what
+    /// it finds.
+    void sendHolder();
+    void awaitHolder();
+
+    /// The same with the other, which then waits.
+    void sendWaiter();
+    void awaitWaiter();
 
     /// Waits for the end of both; the figures are complete then.
     void finish();
@@ -51,6 +57,7 @@ private:
 
     const SharedDirectory m_directory;
     const std::string m_what;
+    const bool m_holderReads;
     Fleet m_fleet;
     int m_holderStatus = -1;
     int m_waiterStatus = -1;
@@ -61,7 +68,8 @@ private:
     boost::thread m_holderFollower;
 };
 
-/// One for each share and pair of roles; begin() has returned for all.
+/// One for each share and pair of roles. The holds have begun at about the same
+/// time, and everybody else waits.
 std::vector<std::unique_ptr<OneWaits>> beginOnAllShares(const std::vector<std::pair<Part, Part>>& parts);
 
 }  // namespace test

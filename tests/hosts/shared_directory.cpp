@@ -53,6 +53,15 @@ std::vector<std::string> SharedDirectory::lockFiles() const
     return result;
 }
 
+std::vector<std::string> SharedDirectory::locks() const
+{
+    std::vector<std::string> result;
+    for (const std::string& name : lockFiles())
+        if (name.rfind(".deploy_", 0) == 0)
+            result.push_back(name);
+    return result;
+}
+
 /// One command for all files, because each costs a guest some time.
 void SharedDirectory::writeFirstRelease() const
 {

@@ -24,8 +24,11 @@ public:
     /// As the clients name it.
     const std::string& path() const { return m_path; }
 
-    /// The files of locks that lie there now.
+    /// The files of locks that lie there now, those with which clocks are
+    /// compared included.
     std::vector<std::string> lockFiles() const;
+    /// Only those that somebody can wait for.
+    std::vector<std::string> locks() const;
 
     /// A release of generation 0, by nobody.
     void writeFirstRelease() const;

@@ -81,6 +81,7 @@ protected:
     void read(const int* own = nullptr)
     {
         const Look first = m_release.content();
+        say("looked");
         std::this_thread::sleep_for(m_task.hold);
         const Look second = m_release.content();
         if (!first.sameAs(second))
@@ -97,6 +98,7 @@ protected:
     int write()
     {
         const Look before = m_release.content();
+        say("looked");
         if (!before.whole())
             complain("torn: " + before.fault);
         else if (before.generation < m_newest)

@@ -5,7 +5,8 @@
 ///
 /// It says "ready", waits for a line of input, takes the directory HOLDS times
 /// in its role (see contender.h) and says "waiting", "held" and "free" (readers
-/// and writers also "inside", with their mark there) as it goes, then "done".
+/// and writers also "inside", with their mark there; those that ask for their
+/// marks "looked", when they have read the release) as it goes, then "done".
 /// Numbers of milliseconds are what it stays inside and, on average, outside.
 /// VICTIM is the ID of a worker that the test kills, or -1. In a storm it also
 /// says which lock files are its own (see claiming_fs.h), and ends when it is

@@ -48,7 +48,7 @@ start_guest() {
         linux.uml "umid=$name" "uml_dir=$work/uml" "mem=${ZORVEL_GUEST_MEMORY:-1G}" \
         root=/dev/root rootfstype=hostfs rootflags=/ ro "init=$rig/guest-init" "${disk[@]}" \
         "vec0:transport=tap,ifname=port$name,depth=128,gro=1" con=null con0=null,fd:1 con1=null ssl=null quiet \
-        "guest_name=$name" "guest_role=$role" </dev/null >"$work/$name.log" 2>&1 &
+        "guest_name=$name" "guest_role=$role" "ZORVEL_HOSTS_FOLDER=$work" </dev/null >"$work/$name.log" 2>&1 &
     echo $! >"$work/$name.pid"
 }
 

@@ -2,8 +2,10 @@
 
 repo=$(cd "$(dirname "${BASH_SOURCE[0]}")/../../.." && pwd)
 rig=$repo/tests/hosts/rig
-# The only folder that anything here writes to.
-work=$repo/build/hosts
+# The only folder that anything here writes to, and the one of these machines, where several sets of them run side by side.
+output=$repo/build/hosts
+work=${ZORVEL_HOSTS_FOLDER:-$output}
+results=$output/results
 
 # A and B are the machines that lock, S is the file server. The addresses mean nothing outside the rig's own network.
 clients=(A B)
