@@ -97,7 +97,7 @@ protected:
         who(index).resume();
     }
 
-    const Scene scene;
+    const Scene scene{};
     std::unique_ptr<Fleet> fleet;
 
 private:
