@@ -1,0 +1,34 @@
+#include "platform/clock.h"
+#include "platform/process.h"
+
+#include "tests/simulation/process.h"
+
+// The seam's clock and identifier of the process, for whichever simulated process asks.
+
+namespace zorvel {
+namespace platform {
+
+boost::posix_time::ptime localTime()
+{
+    sim::Process* const process = sim::Process::current();
+    return process ? process->clock() : boost::posix_time::ptime(boost::gregorian::date(2031, 1, 1));
+}
+
+boost::posix_time::ptime universalTime()
+{
+    return localTime();
+}
+
+void sleepFor(long milliseconds)
+{
+    sim::Process::current()->sleep(milliseconds * sim::millisecond);
+}
+
+unsigned long processId()
+{
+    const sim::Process* const process = sim::Process::current();
+    return process ? process->pid : 1;
+}
+
+}  // namespace platform
+}  // namespace zorvel
