@@ -21,14 +21,15 @@ mounts_are_seen_outside() {
     "${own_name_spaces[@]}" mount -t tmpfs probe "$work/probe" && umount "$work/probe" 2>/dev/null
 }
 
-# Prints why the rig cannot run here; nothing when it can. That a guest really boots is seen when it does.
+# obstacle MEMORY: prints why the rig cannot run here, with that many MB; nothing when it can. That a guest really boots is
+# seen when it does.
 obstacle() {
     local lacking
     [ "$(uname -m)" = x86_64 ] || { echo "the guests' kernel is for x86-64, this machine is $(uname -m)"; return; }
     [ "$(id -u)" = 0 ] || { echo "this needs root, for name spaces and network devices"; return; }
     lacking=$(missing_programs | sort)
     [ -z "$lacking" ] || { echo "missing: ${lacking//$'\n'/, }; scripts/setup hosts installs it"; return; }
-    [ "$(free_memory)" -ge 1000 ] || { echo "the guests need 1000 MB of memory, $(free_memory) are free"; return; }
+    [ "$(free_memory)" -ge "$1" ] || { echo "the guests need $1 MB of memory, $(free_memory) are free"; return; }
     "${own_name_spaces[@]}" true 2>/dev/null || { echo "this machine allows no name spaces of our own"; return; }
     ! mounts_are_seen_outside || { echo "this is a changed root whose mounts others share"; return; }
     "${own_name_spaces[@]}" ip tuntap add probe mode tap 2>/dev/null || { echo "this machine allows no virtual network cards"; return; }

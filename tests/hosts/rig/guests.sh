@@ -45,7 +45,7 @@ start_guest() {
     head -c 64 /dev/urandom >"$work/seed-$name"
     : >"$work/$name.log"
     TMPDIR=/mnt LD_PRELOAD=$repo/build/linux/bin/whole_registers.so setsid taskset -c "$(processor_of "$name")" \
-        linux.uml "umid=$name" "uml_dir=$work/uml" "mem=${ZORVEL_GUEST_MEMORY:-1G}" \
+        linux.uml "umid=$name" "uml_dir=$work/uml" "mem=$ZORVEL_GUEST_MEMORY" \
         root=/dev/root rootfstype=hostfs rootflags=/ ro "init=$rig/guest-init" "${disk[@]}" \
         "vec0:transport=tap,ifname=port$name,depth=128,gro=1" con=null con0=null,fd:1 con1=null ssl=null quiet \
         "guest_name=$name" "guest_role=$role" "ZORVEL_HOSTS_FOLDER=$work" </dev/null >"$work/$name.log" 2>&1 &
