@@ -3,6 +3,8 @@
 
 #include "platform/path_rules.h"
 
+#include <zorvel/paths.h>
+
 #include <gtest/gtest.h>
 
 #include <string>
@@ -56,4 +58,21 @@ TEST(ExplainError, PrintsTheSystemsText)
     EXPECT_EQ(outcome.status, 0);
     EXPECT_EQ(outcome.output, missing + ": " + firstLine(systemTextOf(codeOfMissingFile())) + '\n' +
                               "123456789: unknown\n");
+}
+
+TEST(SameName, ComparesByCharacter)
+{
+    EXPECT_EQ(runExample("same_name", {"Dir/Name", "dir\\nAME"}).output, "the same\n");
+    EXPECT_EQ(runExample("same_name", {"dir", "dir\\"}).output, "not the same\n");
+    EXPECT_EQ(runExample("same_name", {"Dir/Name", "dir\\nAME", "932"}).output, "the same\n");
+    EXPECT_EQ(runExample("same_name", {"dir"}).status, 2);
+}
+
+TEST(SameName, TakesDoubleByteCharactersWhole)
+{
+    // Two characters of code page 932; to others the second bytes are two cases of one letter.
+    const Arguments names{"\x83\x41", "\x83\x61"};
+    const std::string expected = zvIsMultiByteLead(0x83) ? "not the same\n" : "the same\n";
+    EXPECT_EQ(runExample("same_name", names).output, expected);
+    EXPECT_EQ(runExample("same_name", {names[0], names[1], "932"}).output, "not the same\n");
 }
