@@ -1,5 +1,8 @@
 #pragma once
 
+/// @file
+/// Locks on a directory, between processes and between machines.
+
 #include <zorvel/export.h>
 #include <zorvel/lockfile.h>
 #include <zorvel/paths.h>
@@ -10,6 +13,34 @@
 
 #include <atomic>
 #include <string>
+
+/// @defgroup dirlock Directory locks
+/// @brief A directory for one process at a time, or for many readers or one writer, on all machines that share it.
+///
+/// | you want | take |
+/// |---|---|
+/// | a directory for one process at a time, in turn | zvDirectoryExclusiveLock |
+/// | many that read together, one that writes alone | zvDirectoryReadWriteLock: its ReadLock and WriteLock |
+/// | to read what you have just written, others too | zvDirectoryReadWriteLock::WriteLock::downgrade() |
+///
+/// Use one of the two classes for one directory, not both. The locks are files in
+/// the directory and nothing else: Windows and Linux processes exclude each
+/// other. What is guaranteed, under which assumptions, and what goes wrong
+/// without them is in [How the directory locks work](@ref locking); which shares
+/// are good for it, in [File systems](@ref filesystems).
+///
+/// False is an ordinary outcome (not acquired in time, not held); failures of the
+/// file system are thrown, see @ref errors.
+///
+/// Alone in a directory, for at most ten seconds' waiting:
+///
+/// @include lock_directory.cpp
+///
+/// Readers, and a writer who then reads:
+///
+/// @include shared_counter.cpp
+///
+/// @{
 
 /// Gives one process at a time, on any machine that shares the directory, a
 /// directory for itself.
@@ -32,19 +63,32 @@
 class ZORVEL_API zvDirectoryExclusiveLock
 {
 public:
+    /// Milliseconds between two looks of one who waits.
     static const int ACQUIRE_POLL_INTERVAL_MSEC = 5;
+
+    /// Milliseconds between two refreshes of a held lock's file.
     static const int REFRESH_INTERVAL_MSEC = 1000;
+
+    /// Seconds without a refresh after which a holder counts as dead.
     static const int STALE_TIMEOUT_SEC = 30;
 
     /// What noRefresh() returns: a lockable that acquires its lock without
-    /// refresh. It must not outlive the lock.
+    /// refresh. It must not outlive the lock. As the lock itself, any thread may
+    /// use it, and it throws what that throws.
     class ZORVEL_API no_refresh_lock_proxy
     {
     public:
+        /// Refers to the lock; touches no file.
         explicit no_refresh_lock_proxy(zvDirectoryExclusiveLock& lock);
 
+        /// As zvDirectoryExclusiveLock::lock(), without refresh: hold it for less
+        /// than 30 seconds.
         void lock();
+
+        /// As zvDirectoryExclusiveLock::unlock().
         void unlock();
+
+        /// As zvDirectoryExclusiveLock::try_lock(), without refresh.
         bool try_lock();
 
     private:
@@ -56,11 +100,15 @@ public:
     zvDirectoryExclusiveLock(const std::string& directory, const std::string& label,
                              const boost::shared_ptr<zvAbstractFS>& fs);
 
-    /// Frees the directory if it is held.
+    /// Frees the directory if it is held, however often it was acquired. Never
+    /// throws; a file that cannot be removed goes stale.
     ~zvDirectoryExclusiveLock();
 
+    /// Not copyable: two objects are two who wait for each other.
+    /// @{
     zvDirectoryExclusiveLock(const zvDirectoryExclusiveLock&) = delete;
     zvDirectoryExclusiveLock& operator=(const zvDirectoryExclusiveLock&) = delete;
+    /// @}
 
     /// Takes the directory, waiting at most `timeout`. On an object that holds
     /// it already, only counts. With skipRefresh the file is not refreshed:
@@ -77,31 +125,39 @@ public:
     /// or memory is exhausted; it then goes stale.
     bool acquire(const boost::posix_time::time_duration& timeout, bool skipRefresh);
 
-    /// acquire without limit.
+    /// As above, without limit.
     bool acquire(bool skipRefresh);
 
-    /// acquire with a timeout of zero. A free directory takes 5 ms.
+    /// acquire() with a timeout of zero. A free directory takes 5 ms.
     /// Where a file stands in the way that was left more than a day ago, each
-    /// look at it takes a second (see zvAbstractFS::getModificationTime).
+    /// look at it takes a second (see zvAbstractFS::getModificationTime()).
     bool tryAcquire(bool skipRefresh);
 
     /// Undoes one acquire; the last one frees the directory. False when it is
-    /// not held, or another thread was busy with this object for `timeout`.
+    /// not held, or another thread was busy with this object for `timeout`
+    /// (without one: without limit). Never throws for a failure of the file
+    /// system.
+    /// @{
     bool release(const boost::posix_time::time_duration& timeout);
     bool release();
+    /// @}
 
     /// Whether the object holds the directory. Does not wait, and does not look
     /// at the disk: a hold that was lost to others still counts.
     bool isAcquired() const;
 
-    /// The standard lockable: acquire and release without limit, tryAcquire;
-    /// with refresh. lock() and unlock() drop the result: lock() returns
-    /// without the directory when 1024 others are queued or the lock file has
-    /// vanished; isAcquired() tells.
+    /// The standard lockable: acquire() and release() without limit,
+    /// tryAcquire(); with refresh. lock() and unlock() drop the result: lock()
+    /// returns without the directory when 1024 others are queued or the lock file
+    /// has vanished; isAcquired() tells.
+    /// @{
     void lock();
     void unlock();
     bool try_lock();
+    /// @}
 
+    /// A lockable that acquires this lock without refresh. It refers to this
+    /// object.
     no_refresh_lock_proxy noRefresh();
 
 private:
@@ -153,8 +209,13 @@ private:
 class ZORVEL_API zvDirectoryReadWriteLock
 {
 public:
+    /// Milliseconds between two looks of one who waits.
     static const int ACQUIRE_POLL_INTERVAL_MSEC = 5;
+
+    /// Milliseconds between two refreshes of a held lock's file.
     static const int REFRESH_INTERVAL_MSEC = 1000;
+
+    /// Seconds without a refresh after which a holder counts as dead.
     static const int STALE_TIMEOUT_SEC = 30;
 
     /// The part of a reader. A handle: copies share one hold, whoever releases
@@ -173,8 +234,13 @@ public:
         /// throws zvFileAccessError.
         ReadLock(const boost::shared_ptr<zvLockFile>& lockFile, const boost::shared_ptr<zvAbstractFS>& fs);
 
+        /// Another handle of the same hold.
+        /// @{
         ReadLock(const ReadLock& other);
         ReadLock& operator=(const ReadLock& other);
+        /// @}
+
+        /// Of the last handle: ends the hold. Never throws.
         ~ReadLock();
 
         /// Waits at most `timeout` until nobody writes, then reads along. With
@@ -198,22 +264,26 @@ public:
         /// looks for a writer and goes on without it. If a writer looks for
         /// readers at that same moment, both go on. Who must exclude that
         /// acquires without limit (and interrupts the thread to give up), or
-        /// uses a gate: see docs/locking.md.
+        /// uses a gate: see
+        /// [How the directory locks work](@ref locking).
         bool acquire(const boost::posix_time::time_duration& timeout, bool skipRefresh);
 
-        /// acquire without limit.
+        /// As above, without limit.
         bool acquire(bool skipRefresh);
 
-        /// acquire with a timeout of zero. A free directory takes 5 ms.
+        /// acquire() with a timeout of zero. A free directory takes 5 ms.
         /// Where a file stands in the way that was left more than a day ago,
         /// each look at it takes a second (see
-        /// zvAbstractFS::getModificationTime).
+        /// zvAbstractFS::getModificationTime()).
         bool tryAcquire(bool skipRefresh);
 
         /// Ends the hold and removes its file. False when it is not held, or
-        /// another thread was busy with it for `timeout`.
+        /// another thread was busy with it for `timeout` (without one: without
+        /// limit). Never throws for a failure of the file system.
+        /// @{
         bool release(const boost::posix_time::time_duration& timeout);
         bool release();
+        /// @}
 
         /// Whether it is held. Waits for a thread that is in acquire. Does not
         /// look at the disk: a hold that was lost to others still counts.
@@ -236,21 +306,35 @@ public:
         /// Not acquired; touches no file. An empty fs throws zvFileAccessError.
         WriteLock(const zvPathString_<zvMBCSSafeString>& directory, const boost::shared_ptr<zvAbstractFS>& fs);
 
+        /// Another handle of the same hold.
+        /// @{
         WriteLock(const WriteLock& other);
         WriteLock& operator=(const WriteLock& other);
+        /// @}
+
+        /// Of the last handle: ends the hold. Never throws.
         ~WriteLock();
 
         /// Waits at most `timeout` until nobody reads or writes, then has the
-        /// directory alone. Otherwise as ReadLock::acquire, also in that at
+        /// directory alone. Otherwise as ReadLock::acquire(), also in that at
         /// its deadline it goes on without a guard that could not be had: two
         /// writers that try at the same moment can both get a free directory.
         bool acquire(const boost::posix_time::time_duration& timeout, bool skipRefresh);
+
+        /// As above, without limit.
         bool acquire(bool skipRefresh);
+
+        /// acquire() with a timeout of zero; otherwise as
+        /// ReadLock::tryAcquire().
         bool tryAcquire(bool skipRefresh);
 
-        /// As ReadLock::release.
+        /// As ReadLock::release().
+        /// @{
         bool release(const boost::posix_time::time_duration& timeout);
         bool release();
+        /// @}
+
+        /// As ReadLock::isAcquired().
         bool isAcquired() const;
 
         /// Becomes a reader, and no other writer can come in between: the
@@ -263,7 +347,11 @@ public:
         /// failure of the file system leaves as a member of the family, or
         /// boost::thread_interrupted when the thread is interrupted.
         ReadLock downgrade(const boost::posix_time::time_duration& timeout);
+
+        /// As above, however long another thread is busy with it.
         ReadLock downgrade();
+
+        /// downgrade() with a timeout of zero.
         ReadLock tryDowngrade();
 
     private:
@@ -272,17 +360,30 @@ public:
         boost::shared_ptr<Impl> impl;
     };
 
-    /// Touches no file. An empty fs is refused by the locks.
+    /// Touches no file. An empty fs is refused by the locks: getReadLock() and
+    /// getWriteLock() then throw zvFileAccessError.
     zvDirectoryReadWriteLock(const std::string& directory, const boost::shared_ptr<zvAbstractFS>& fs);
+
+    /// The same directory and file system.
+    /// @{
     zvDirectoryReadWriteLock(const zvDirectoryReadWriteLock& other);
     zvDirectoryReadWriteLock& operator=(const zvDirectoryReadWriteLock& other);
+    /// @}
+
+    /// Does not end a hold: the locks live on by themselves.
     ~zvDirectoryReadWriteLock();
 
-    /// A lock of its own at each call, not acquired.
+    /// A lock of its own at each call, not acquired, which need not be outlived by
+    /// this object. Throws zvFileAccessError when the file system is an empty
+    /// pointer.
+    /// @{
     ReadLock getReadLock() const;
     WriteLock getWriteLock() const;
+    /// @}
 
 private:
     zvPathString_<zvMBCSSafeString> directory;
     boost::shared_ptr<zvAbstractFS> fs;
 };
+
+/// @}

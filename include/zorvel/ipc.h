@@ -1,9 +1,21 @@
 #pragma once
 
+/// @file
+/// A semaphore between the processes of a machine.
+
 #include <zorvel/export.h>
 
 #include <cstdint>
 #include <string>
+
+/// @defgroup semaphore Semaphore
+/// @brief One token that the processes of a machine share by name.
+///
+/// For several machines there are the @ref dirlock.
+///
+/// @include one_at_a_time.cpp
+///
+/// @{
 
 /// A semaphore of count one that processes of one machine share by name.
 ///
@@ -36,12 +48,14 @@
 class ZORVEL_API zvSemaphoreIPC
 {
 public:
-    /// name: every byte but NUL may be in it; case counts. It is escaped: '_'
-    /// becomes "__", '\' "_s" and ':' "_c". More than 1281 characters after
-    /// that give a message here and are tried all the same. timeOut: the limit
-    /// of a timed acquire in seconds; a negative one, or one of 4294968 and
-    /// more, wraps at 2^32 ms. option: kept, and without meaning. Nothing is
-    /// opened yet.
+    /// Opens nothing yet.
+    ///
+    /// - `name`: every byte but NUL may be in it; case counts. It is escaped:
+    ///   `_` becomes `__`, `\` becomes `_s` and `:` becomes `_c`. More than 1281
+    ///   characters after that give a message here and are tried all the same.
+    /// - `timeOut`: the limit of a timed acquire in seconds; a negative one, or
+    ///   one of 4294968 and more, wraps at 2^32 ms.
+    /// - `option`: kept, and without meaning.
     zvSemaphoreIPC(std::string name, int timeOut, bool option);
 
     /// Shares the handle of the other object, as the assignment does.
@@ -55,7 +69,7 @@ public:
     zvSemaphoreIPC& operator=(const zvSemaphoreIPC& other);
 
     /// Closes the handle. Does not release what the object owns: call
-    /// Release() first.
+    /// Release() first. Never throws; a close that fails gives a message.
     ~zvSemaphoreIPC();
 
     /// Creates the semaphore, free, or opens the one of that name. False, with
@@ -82,28 +96,34 @@ public:
     bool Release();
 
     /// Not supported: false with a message, LastError() is 0xFFFFFFFF, and
-    /// value is left alone.
+    /// value is left alone (null too).
     bool GetValue(long* value);
 
-    /// Whether the semaphore is open.
+    /// Whether the semaphore was opened, by this object or by the one that it
+    /// was copied from.
     bool IsValid() const;
 
     /// What the last operation came to: 0, 258 (timed out), 128 (abandoned),
     /// another unexpected result of the wait, or 0xFFFFFFFF (not supported). A
-    /// wait that the system refuses leaves 0, and so does a failed release.
+    /// wait that the system refuses leaves 0, and so does a failed release. Open()
+    /// leaves it as it was. The same numbers on both systems. It may be set, too.
+    /// @{
     unsigned long LastError() const;
     unsigned long& LastError();
+    /// @}
 
     /// Whether LastError() is 258.
     bool WaitTimedOut() const;
 
-    /// Whether this object has acquired the semaphore and not released it.
+    /// Whether this object has acquired the semaphore and not released it. It
+    /// does not know what other objects and processes do.
     bool OwnsLock() const;
 
     /// The escaped name.
     std::string Name();
 
-    /// Seconds of a timed acquire, to be read and set.
+    /// Seconds of a timed acquire, to be read and set. The reference lives as
+    /// long as this object.
     int& TimeOut();
 
 private:
@@ -118,3 +138,5 @@ private:
     unsigned long lastError;
     std::int32_t count;
 };
+
+/// @}

@@ -1,5 +1,9 @@
 #pragma once
 
+/// @file
+/// What the directory locks are made of: lock files, their staleness, the file
+/// system they live on, logs.
+
 #include <zorvel/export.h>
 #include <zorvel/fsutil.h>
 #include <zorvel/paths.h>
@@ -12,6 +16,19 @@
 #include <ostream>
 #include <string>
 
+/// @defgroup lockfile Lock files
+/// @brief A file that is kept fresh and removed, whether one is stale, and the file system under the locks.
+///
+/// The @ref dirlock are made of these; they can be used alone. A lock file says
+/// "somebody is at work" by being there and being fresh:
+///
+/// @include presence.cpp
+///
+/// Points in time are those of the local wall clock, durations are Boost's.
+/// Failures are thrown, see @ref errors.
+///
+/// @{
+
 /// The file operations of the locks. Every lock does all it does on disk
 /// through one of these, shared by pointer; zvGetDefaultFSImp() hands out the
 /// one for real file systems, and a caller may write another.
@@ -22,23 +39,32 @@
 /// as members of the family of zvFileBasedLockError. Deadlines are points of
 /// the local wall clock (boost::posix_time::microsec_clock::local_time());
 /// positive infinity is never reached, negative infinity and not-a-date-time
-/// are always past.
+/// are always past. Where an operation is called interruptible,
+/// boost::thread_interrupted leaves it when the calling thread is interrupted.
+///
+/// One that watches what its locks remove, and passes everything on
+/// (examples/deploy_demo/worker):
+///
+/// @include deploy_demo/worker/watching_fs.h
 class ZORVEL_API zvAbstractFS
 {
 public:
+    /// There is no state.
+    /// @{
     zvAbstractFS();
     virtual ~zvAbstractFS();
+    /// @}
 
     /// Whether the path, normalised, is a directory.
     virtual bool isDirectory(const char* path) = 0;
 
-    /// As zvMkdirP.
+    /// As zvMkdirP().
     virtual bool mkdirP(const char* path) = 0;
 
     /// Removes one file: 0 on success, -1 on failure.
     virtual int removeEntry(const char* name) = 0;
 
-    /// As zvRemoveRF.
+    /// As zvRemoveRF().
     virtual bool removeRF(const char* path) = 0;
 
     /// Whether the file exists. Throws zvNoSuchDirectory when neither it nor
@@ -47,10 +73,10 @@ public:
 
     /// Creates an empty file if it does not exist; on a shared file system one
     /// caller of all machines gets true. On Linux the file is readable and
-    /// writable by all as far as the umask lets them. False: somebody else has it. Denied
-    /// access is tried again for half a second (interruptible), then thrown as
-    /// zvPermissionDenied. Throws zvNoSuchDirectory, and zvFileAccessError for
-    /// any other reason.
+    /// writable by all as far as the umask lets them. False: somebody else has
+    /// it. Denied access is tried again for half a second (interruptible), then
+    /// thrown as zvPermissionDenied. Throws zvNoSuchDirectory, and
+    /// zvFileAccessError for any other reason.
     virtual bool createFileExclusive(const char* name) = 0;
 
     /// Removes a file, trying again each millisecond (interruptible) while it
@@ -70,30 +96,39 @@ public:
     /// again (interruptible) for up to a second before it believes a time more
     /// than a day away from the local clock, which a file that is just being
     /// created on NFS may have, and while the file is being removed.
+    ///
+    /// Linux: the server of a share is asked, whatever its client remembers.
+    /// Windows: the client may answer; only those further questions go to the
+    /// server.
     virtual zvTime64 getModificationTime(const char* name) = 0;
 
-    /// Whether anything matches the pattern (see zvFindMatchingFilesAndDirs).
+    /// Whether anything matches the pattern (see zvFindMatchingFilesAndDirs()).
     /// A missing directory holds nothing; one that cannot be listed throws
     /// zvFileAccessError: nobody may take it for empty.
     virtual bool anyMatch(const char* pattern) = 0;
 
-    /// As zvFindMatchingFilesAndDirs.
+    /// As zvFindMatchingFilesAndDirs().
     virtual int findMatchingFilesAndDirs(const char* pattern, const zvStringProcedure& onFile,
                                          const zvStringProcedure& onDir, int depth, bool stopAtFirst) = 0;
 
-    /// As zvDisableWritePermission.
+    /// As zvDisableWritePermission().
     virtual unsigned short disableWritePermission(const char* path) = 0;
 
-    /// As zvEnableWritePermission.
+    /// As zvEnableWritePermission().
     virtual unsigned short enableWritePermission(const char* path) = 0;
 
-    /// removeFileUntil with a deadline one second, or `timeout`, from now.
+    /// As removeFileUntil(), with a deadline one second, or `timeout`, from now.
+    /// @{
     bool removeFile(const std::string& name);
     bool removeFile(const std::string& name, const boost::posix_time::time_duration& timeout);
+    /// @}
 
-    /// refreshLockFileUntil with a deadline one second, or `timeout`, from now.
+    /// As refreshLockFileUntil(), with a deadline one second, or `timeout`, from
+    /// now.
+    /// @{
     bool refreshLockFile(const std::string& name);
     bool refreshLockFile(const std::string& name, const boost::posix_time::time_duration& timeout);
+    /// @}
 };
 
 /// The file system of the machine, local or network: one object for the whole
@@ -109,14 +144,17 @@ ZORVEL_API const boost::shared_ptr<zvAbstractFS> zvGetDefaultFSImp();
 /// to whoever claimed the name; when the refresh cannot be started, the file is
 /// removed before that exception leaves.
 ///
-/// Share one object by pointer. A copy shares the refresh, and the first of
+/// Any thread may call the members. Share one object by pointer. A copy shares the refresh, and the first of
 /// the copies to be destroyed ends the refresh and removes the file for all.
 class ZORVEL_API zvLockFile
 {
 public:
+    /// The type of #NO_REFRESH.
     struct ZORVEL_API no_refresh_tag
     {
     };
+
+    /// Stands in the place of an interval for a file that is not refreshed.
     static const no_refresh_tag NO_REFRESH;
 
     /// A file that is touched once and not again: others may take it for
@@ -131,20 +169,25 @@ public:
     zvLockFile(const std::string& name, boost::posix_time::time_duration refreshInterval,
                const boost::shared_ptr<zvAbstractFS>& fs);
 
+    /// Shares the refresh and the file, see above. Touches nothing.
     zvLockFile(const zvLockFile& other);
+
+    /// A lock file stays what it is.
     zvLockFile& operator=(const zvLockFile&) = delete;
 
-    /// Ends the refresh, then removes the file, trying for a second. Never
-    /// throws; a file that could not be removed goes stale.
+    /// Ends the refresh (it waits for one that is under way), then removes the
+    /// file, trying for a second. Never throws; a file that could not be removed
+    /// goes stale.
     ~zvLockFile();
 
+    /// The name as it was given.
     std::string getName();
 
-    /// Positive infinity for a file made with NO_REFRESH.
+    /// As it was given; positive infinity for a file made with NO_REFRESH.
     boost::posix_time::time_duration getRefreshInterval() const;
 
-    /// Whether the file exists. Throws zvNoSuchDirectory when its directory is
-    /// gone.
+    /// Whether the file exists, whoever made it. Throws zvNoSuchDirectory when
+    /// its directory is gone.
     operator bool() const;
 
 private:
@@ -167,7 +210,11 @@ public:
 
     /// A copy made after the first question shares the comparison of clocks.
     zvLockFileIsStale(const zvLockFileIsStale& other);
+
+    /// A directory's question stays its own.
     zvLockFileIsStale& operator=(const zvLockFileIsStale&) = delete;
+
+    /// Touches nothing.
     ~zvLockFileIsStale();
 
     /// Whether the file was last refreshed more than timeoutSec seconds ago.
@@ -175,7 +222,7 @@ public:
     /// of clocks only, which makes at least one attempt. Throws
     /// zvFileNotFoundError for a missing file, zvNoSuchDirectory,
     /// zvPermissionDenied, zvFileAccessError; a failed comparison is made
-    /// again at the next question.
+    /// again at the next question. Interruptible.
     bool operator()(const char* name, long timeoutSec, const boost::posix_time::ptime& deadline);
 
 private:
@@ -186,15 +233,22 @@ private:
 
 /// A log that is on or off for good. Whatever is written while it is off is
 /// neither formatted nor kept. Lines of several threads may interleave.
+///
+/// The library's own three write to `std::cout` and `std::cerr`, and are switched
+/// on by environment variables, set to anything before it is loaded:
+/// `ZORVEL_FSLOCK_VERBOSE`, `ZORVEL_FSLOCK_WARNING`, `ZORVEL_FSLOCK_STALE_LOG`
+/// (see [How the directory locks work](@ref locking)).
 class ZORVEL_API zvLogger
 {
 public:
     /// The stream is the caller's and must outlive the logger.
     zvLogger(bool enabled, std::ostream& stream);
 
-    /// Applies a manipulator such as std::endl.
+    /// Applies a manipulator such as std::endl, while the log is on. Exceptions
+    /// of the stream leave.
     zvLogger& operator<<(std::ostream& (*manipulator)(std::ostream&));
 
+    /// Writes a value with the stream's own operator, while the log is on.
     template <class T>
     zvLogger& operator<<(const T& value)
     {
@@ -207,3 +261,5 @@ private:
     bool enabled;
     std::ostream* stream;
 };
+
+/// @}

@@ -1,14 +1,23 @@
 #pragma once
 
+/// @file
+/// The executable and the libraries that are loaded in the process.
+
 #include <zorvel/export.h>
 
 #include <cstddef>
 #include <cstdint>
 
-// Modules are the executable and the libraries loaded in the process. Windows:
-// as the system lists them. Linux: as the dynamic loader lists them, the
-// executable first, without the kernel's own (which has no file). Paths are
-// full, in the process's code page and with '\' between names.
+/// @defgroup modules Loaded modules
+/// @brief The executable and the libraries of the process, and where their files are.
+///
+/// Windows: as the system lists them. Linux: as the dynamic loader lists them,
+/// the executable first, without the kernel's own (which has no file). Paths are
+/// full, in the process's code page and with `\` between names.
+///
+/// @include find_module.cpp
+///
+/// @{
 
 // ---------------------------------------------------------------------------
 // The list of loaded modules
@@ -21,9 +30,10 @@ class ZORVEL_API zvLoadedModuleListIterator
 public:
     /// An iterator at index on count handles, which stay the caller's (null:
     /// none of them has a name). process: whose they are, as the list knows it;
-    /// ignored on Linux.
+    /// ignored on Linux. Never throws.
     zvLoadedModuleListIterator(void* process, void* const* modules, std::uint32_t count, std::uint32_t index);
 
+    /// A copy walks the same list from the same position, with a text of its own.
     zvLoadedModuleListIterator(const zvLoadedModuleListIterator&) = default;
 
     /// Takes over the other's position only, also from an iterator of another
@@ -33,25 +43,31 @@ public:
     /// The full path of the module's file, in at most 2561 bytes, owned by the
     /// iterator until it moves. Empty outside the list. Where the system cannot
     /// tell, for instance because the module is gone by now, the text is still
-    /// that of the position before (Linux: also for a name with '\' in it).
+    /// that of the position before (Linux: also for a name with `\` in it).
+    /// Never null.
     const char* operator*() const;
 
+    /// The position, counted from 0.
     std::uint32_t getIndex() const;
 
     /// Only positions are compared, as unsigned numbers.
+    /// @{
     bool operator==(const zvLoadedModuleListIterator& other) const;
     bool operator!=(const zvLoadedModuleListIterator& other) const;
     bool operator<(const zvLoadedModuleListIterator& other) const;
     bool operator<=(const zvLoadedModuleListIterator& other) const;
     bool operator>(const zvLoadedModuleListIterator& other) const;
     bool operator>=(const zvLoadedModuleListIterator& other) const;
+    /// @}
 
-    /// One position on or back, without an end: before position 0 comes
-    /// 4294967295.
+    /// One position on or back, without an end: position 4294967295 comes
+    /// before position 0. What operator*() gave is overwritten.
+    /// @{
     zvLoadedModuleListIterator& operator++();
     zvLoadedModuleListIterator& operator--();
     zvLoadedModuleListIterator operator++(int);
     zvLoadedModuleListIterator operator--(int);
+    /// @}
 
 private:
     ZORVEL_LOCAL void updateName();
@@ -64,7 +80,8 @@ private:
 };
 
 /// A snapshot of the modules that are loaded when it is made; what is loaded or
-/// unloaded later is not seen. One thread at a time.
+/// unloaded later is not seen, and nothing keeps a module loaded. One thread at
+/// a time.
 class ZORVEL_API zvLoadedModuleList
 {
 public:
@@ -72,8 +89,11 @@ public:
     /// code when the system refuses. When memory is exhausted a snapshot of
     /// more than 128 modules holds the first 128.
     zvLoadedModuleList();
+
+    /// Frees the snapshot; iterators on it must be gone.
     ~zvLoadedModuleList();
 
+    /// Make another one: a list is what is loaded now.
     zvLoadedModuleList(const zvLoadedModuleList&) = delete;
 
     /// Makes this list refer to the storage of the other, which must outlive
@@ -81,7 +101,10 @@ public:
     /// a snapshot of more than 128 modules only one may ever be destroyed.
     zvLoadedModuleList& operator=(const zvLoadedModuleList& other);
 
+    /// An iterator at the first module; it is at end() when there is none.
     zvLoadedModuleListIterator begin() const;
+
+    /// The position behind the last module.
     zvLoadedModuleListIterator end() const;
 
 private:
@@ -102,13 +125,25 @@ private:
 class ZORVEL_API zvLoadedModuleNameChecker
 {
 public:
-    /// outPath: receives the path chosen; at least 2562 bytes, or null when the
-    /// path is not wanted. name: what to look for in the paths, with case; null
-    /// and "" are in all of them. symbols: what the module must export; null
-    /// for nothing. All stay the caller's and must outlive the checker.
+    /// Looks at nothing yet.
+    ///
+    /// - `outPath`: receives the path chosen; at least 2562 bytes, or null when
+    ///   the path is not wanted.
+    /// - `name`: what to look for in the paths, with case; null and "" are in all
+    ///   of them.
+    /// - `symbols`: what the module must export, `symbolCount` names; null for
+    ///   nothing.
+    ///
+    /// All stay the caller's and must outlive the checker.
     zvLoadedModuleNameChecker(char* outPath, const char* name, const char** symbols, std::size_t symbolCount);
+
+    /// A copy writes to the same buffer, and has a best module of its own.
+    /// @{
     zvLoadedModuleNameChecker(const zvLoadedModuleNameChecker&);
     zvLoadedModuleNameChecker& operator=(const zvLoadedModuleNameChecker&);
+    /// @}
+
+    /// Leaves the caller's buffers alone.
     virtual ~zvLoadedModuleNameChecker();
 
     /// Looks at a module by its path, which is made full first. True when the
@@ -143,13 +178,14 @@ private:
 /// the symbols: the first whose file name begins with name; if there is none
 /// the first with name inside its file name; then the first with name in its
 /// directory. Only the first place at which name stands in a path counts:
-/// "foo" in "\foo\foo.so" is in the directory. Null and "" as name match every
+/// `foo` in `\foo\foo.so` is in the directory. Null and "" as name match every
 /// module: the executable is found, or, with symbols, the first module that
 /// exports them.
 ///
 /// Returns outPath (at least 2562 bytes, the caller's), or null when no module
 /// qualifies or outPath is null. A library that cannot be loaded for the
 /// question of its symbols is passed over. Throws as zvLoadedModuleList does.
+/// Threads may call it at the same time, each with a buffer of its own.
 ZORVEL_API char* zvGetLoadedModuleFullPath(char* outPath, const char* name, const char** symbols,
                                            std::size_t symbolCount);
 
@@ -158,6 +194,8 @@ ZORVEL_API char* zvGetLoadedModuleFullPath(char* outPath, const char* name, cons
 /// module; false for a null buffer and for size 0. A path that does not fit is
 /// cut, and the answer is true. Thread-safe.
 ///
-/// Windows: module is its HMODULE. Linux: any address inside the module (of
-/// one of its functions, say), or what dlopen() gave for it.
+/// Windows: module is its `HMODULE`. Linux: any address inside the module (of
+/// one of its functions, say), or what `dlopen` gave for it.
 ZORVEL_API bool zvGetCurrentModulePath(void* module, char* buffer, unsigned long size);
+
+/// @}

@@ -1,16 +1,30 @@
 #pragma once
 
+/// @file
+/// Callbacks after a while, once or at a fixed rate.
+
 #include <zorvel/export.h>
 
 #include <boost/date_time/posix_time/posix_time_types.hpp>
 #include <boost/function.hpp>
 #include <boost/shared_ptr.hpp>
 
+/// @defgroup timer Timers
+/// @brief A function called after a while, once or at a fixed rate, on a thread of its own.
+///
+/// Each timer has a thread, which runs code of the library: cancel all timers
+/// before the library is unloaded. Windows and Linux do not differ.
+///
+/// @include ticks.cpp
+///
+/// @{
+
 /// The handle of a running timer. Dropping the last handle does not stop the
 /// timer: it goes on detached (a repeating one for ever). Only cancel() stops.
 class ZORVEL_API zvTimerTask
 {
 public:
+    /// Does not stop the timer.
     virtual ~zvTimerTask();
 
     /// Whether the timer's thread has been ended by an exception: one of the
@@ -28,7 +42,9 @@ public:
 };
 
 /// Calls fn on a thread of its own one interval from now, and, when repeat is
-/// set, at every further interval.
+/// set, at every further interval. The callback is copied; what it refers to is
+/// the caller's and must live until cancel() has returned or the timer has
+/// ended. Any thread may call.
 ///
 /// The rate is fixed: each deadline is one interval after the one before it,
 /// however long the callback takes; missed calls follow at once until the
@@ -37,8 +53,11 @@ public:
 /// A negative interval (negative infinity too) counts as zero, positive
 /// infinity waits until cancelled; not-a-date-time ends the timer at once,
 /// failed. An exception of fn (an
-/// empty fn included) ends the timer and shows only in hasFailed(). Throws
-/// boost::thread_resource_error when no thread can be started.
+/// empty fn included) ends the timer and shows only in
+/// zvTimerTask::hasFailed(). Throws boost::thread_resource_error when no thread
+/// can be started.
 ZORVEL_API boost::shared_ptr<zvTimerTask> zvSetTimer(const boost::function0<void>& fn,
                                                      boost::posix_time::time_duration interval,
                                                      bool repeat);
+
+/// @}

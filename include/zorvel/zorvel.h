@@ -1,5 +1,6 @@
 #pragma once
 
+/// @file
 /// Everything that zorvel exports.
 #include <zorvel/dirlock.h>
 #include <zorvel/errors.h>
