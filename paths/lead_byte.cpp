@@ -1,11 +1,9 @@
 #include <zorvel/paths.h>
 
-namespace {
+#include "paths/lead_bytes.h"
+using zorvel::paths::installedTest;
 
-/// A plain pointer, as documented: installed once, before threads use paths.
-zvMultiByteLeadTest installedTest = &qxIsMultiByteLead;
-
-}  // namespace
+zvMultiByteLeadTest zorvel::paths::installedTest = &qxIsMultiByteLead;
 
 bool zvIsMultiByteLead(unsigned char byte)
 {
@@ -18,3 +16,17 @@ zvMultiByteLeadTest zvSetIsMultiByteLead(zvMultiByteLeadTest test)
     installedTest = test;
     return previous;
 }
+
+namespace zorvel {
+namespace paths {
+
+bool isSecondByte(const char* start, const char* p, const platform::LeadBytes& leads)
+{
+    const char* first = p;
+    while (first != start && leads.of[static_cast<unsigned char>(first[-1])])
+        --first;
+    return (p - first) % 2 != 0;
+}
+
+}  // namespace paths
+}  // namespace zorvel

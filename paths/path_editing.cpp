@@ -1,5 +1,7 @@
 #include <zorvel/paths.h>
 
+#include "paths/byte_scans.h"
+
 #include <cstring>
 
 /// The last byte is looked at without the lead-byte test. Callers rely on it:
@@ -49,8 +51,6 @@ void zvReplacePathSeps(char* s, char c)
 /// Byte by byte on purpose, also inside double-byte characters.
 void zvWashPathSep(char* s)
 {
-    if (s == nullptr)
-        return;
-    while ((s = std::strpbrk(s, "/\\")) != nullptr)
-        *s++ = '\\';
+    if (s != nullptr)
+        zorvel::paths::writeBackslashes(s, std::strlen(s), nullptr);
 }

@@ -1,16 +1,22 @@
 #include <zorvel/paths.h>
 
+#include "paths/byte_scans.h"
+#include "paths/lead_bytes.h"
+#include "paths/rare_bytes.h"
+
 #include <zorvel/detail/character_key.h>
 
 #include <cstddef>
 
+namespace zorvel {
+namespace paths {
 namespace {
 
-using zorvel::detail::isLead;
+using detail::isLead;
 
-/// Walks from start to p one character at a time; true when the walk steps
-/// over p, because p is the second byte of a character.
-bool isTrailByte(const char* p, const char* start)
+/// Walks from start to p one character at a time, whatever the lead-byte test; true when the walk steps over p, because p
+/// is the second byte of a character.
+bool walkStepsOver(const char* p, const char* start)
 {
     while (start < p)
     {
@@ -25,11 +31,8 @@ bool isTrailByte(const char* p, const char* start)
 /// Calls visit(last byte of the character, whether it is a separator) for each
 /// character of a range. A lead byte at the very end is a character of its own.
 template <class Visit>
-void eachCharacter(const char* first, const char* last, Visit visit)
+void eachCharacter(const char* first, const char* end, Visit visit)
 {
-    if (first == nullptr || last == nullptr || first > last)
-        return;
-    const char* const end = last + 1;
     while (first != end)
     {
         const bool lead = isLead(*first);
@@ -38,7 +41,53 @@ void eachCharacter(const char* first, const char* last, Visit visit)
     }
 }
 
+__attribute__((noinline)) const char* lastSeparatorByWalk(const char* first, const char* end)
+{
+    const char* found = nullptr;
+    eachCharacter(first, end, [&found](const char* byte, bool separator) {
+        if (separator)
+            found = byte;
+    });
+    return found;
+}
+
+__attribute__((noinline)) const char* lastNotSeparatorByWalk(const char* first, const char* end)
+{
+    const char* found = nullptr;
+    eachCharacter(first, end, [&found](const char* byte, bool separator) {
+        if (!separator)
+            found = byte;
+    });
+    return found;
+}
+
+const char* lastNotSeparator(const char* first, const char* end)
+{
+    while (end != first)
+    {
+        --end;
+        if (!zvIsPathSep(*end) || isSecondByte(first, end))
+            return end;
+    }
+    return nullptr;
+}
+
+bool isEmptyRange(const char* first, const char* last)
+{
+    return first == nullptr || last == nullptr || first > last;
+}
+
 }  // namespace
+
+const char* lastSeparatorFrom(const char* first, const char* last)
+{
+    return isSecondByte(first, last, leadBytesOfCodePage()) ? lastSeparator(first, last) : last;
+}
+
+}  // namespace paths
+}  // namespace zorvel
+
+using namespace zorvel::paths;
 
 bool zvIsPathSep(int character)
 {
@@ -47,29 +96,23 @@ bool zvIsPathSep(int character)
 
 bool zvIsPathSepByPtr(const char* p, const char* start)
 {
-    if (p == nullptr)
+    if (p == nullptr || !zvIsPathSep(*p))
         return false;
-    if (start != nullptr && isTrailByte(p, start))
-        return false;
-    return zvIsPathSep(*p);
+    if (start == nullptr || start >= p)
+        return true;
+    return testIsOfCodePage() ? !isSecondByte(start, p) : !walkStepsOver(p, start);
 }
 
 const char* zvFindLastSep(const char* first, const char* last)
 {
-    const char* found = nullptr;
-    eachCharacter(first, last, [&found](const char* byte, bool separator) {
-        if (separator)
-            found = byte;
-    });
-    return found;
+    if (isEmptyRange(first, last))
+        return nullptr;
+    return testIsOfCodePage() ? lastSeparator(first, last + 1) : lastSeparatorByWalk(first, last + 1);
 }
 
 const char* zvFindLastNotSep(const char* first, const char* last)
 {
-    const char* found = nullptr;
-    eachCharacter(first, last, [&found](const char* byte, bool separator) {
-        if (!separator)
-            found = byte;
-    });
-    return found;
+    if (isEmptyRange(first, last))
+        return nullptr;
+    return testIsOfCodePage() ? lastNotSeparator(first, last + 1) : lastNotSeparatorByWalk(first, last + 1);
 }

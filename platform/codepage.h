@@ -10,6 +10,31 @@ namespace platform {
 /// locale). Thread-safe.
 bool isLeadByte(unsigned char byte);
 
+/// The same for all bytes at once.
+struct LeadBytes
+{
+    bool any;      ///< whether there is one at all
+    bool of[256];  ///< by the byte's value; none below 0x80
+};
+
+/// The lead bytes of the code page as it is now (Linux: until the locale is
+/// changed). The table is there for good. Thread-safe.
+const LeadBytes& allLeadBytes();
+
+/// Whether tolower() in the current locale turns A to Z into a to z and leaves
+/// the other bytes below 0x80 alone. False where that is not known.
+/// Thread-safe.
+bool lowersAsciiAsUsual();
+
+/// What tolower() makes of two bytes below 0x80 in the current locale.
+/// Thread-safe.
+struct LoweredPair
+{
+    int first;
+    int second;
+};
+LoweredPair lowered(unsigned char first, unsigned char second);
+
 /// How many of the first `limit` bytes of a longer text are whole characters of
 /// the same code page, on Linux also in codesets with longer characters than two
 /// bytes. Bytes that are no character count as one each. Thread-safe.

@@ -1,6 +1,7 @@
 // zvMBCSSafeString: the operators == and !=.
 //
-// Input: lead bytes ('0' none, '1' Shift_JIS, '2' every byte), a text, '|', another text.
+// Input: lead bytes ('0' none, '1' Shift_JIS, '2' every byte, '3' and '4' the library's own test in C and in
+// Shift_JIS), a text, '|', another text.
 
 #include "fuzz/support/heap_text.h"
 #include "fuzz/support/lead_bytes.h"

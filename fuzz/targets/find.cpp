@@ -1,7 +1,7 @@
 // zvPathString: the search by character.
 //
-// Input: lead bytes ('0' none, '1' Shift_JIS, '2' every byte), the index, the text that is searched for, '|', the text
-// that is searched.
+// Input: lead bytes ('0' none, '1' Shift_JIS, '2' every byte, '3' and '4' the library's own test in C and in
+// Shift_JIS), the index, the text that is searched for, '|', the text that is searched.
 
 #include "fuzz/support/heap_text.h"
 #include "fuzz/support/lead_bytes.h"

@@ -1,7 +1,7 @@
 // zvPathString: join, the constructor from directory and name, and the directory part.
 //
-// Input: lead bytes ('0' none, '1' Shift_JIS, '2' every byte), the text that stands there first, '|', and three
-// components with '|' between them.
+// Input: lead bytes ('0' none, '1' Shift_JIS, '2' every byte, '3' and '4' the library's own test in C and in
+// Shift_JIS), the text that stands there first, '|', and three components with '|' between them.
 
 #include "fuzz/naive/path_text.h"
 #include "fuzz/support/heap_text.h"
@@ -16,7 +16,7 @@ naive::LeadTest isLead;
 
 std::string normalized(const std::string& text)
 {
-    return naive::normalized(text, isLead, &naive::noLeadByte);
+    return naive::normalized(text, isLead, fuzz::testIsOwn() ? isLead : &naive::noLeadByte);
 }
 
 /// A path string that holds the bytes as they are.

@@ -1,6 +1,7 @@
 // zvPathString: assigning through the standard normaliser, and without it.
 //
-// Input: lead bytes ('0' none, '1' Shift_JIS, '2' every byte), codeset ('0' C, '1' Shift_JIS), the text.
+// Input: lead bytes ('0' none, '1' Shift_JIS, '2' every byte, '3' and '4' the library's own test in C and in
+// Shift_JIS), codeset but with the last two ('0' C, '1' Shift_JIS), the text.
 
 #include "fuzz/naive/path_text.h"
 #include "fuzz/support/heap_text.h"
@@ -14,7 +15,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 {
     fuzz::Input input(data, size);
     const naive::LeadTest isLead = fuzz::chooseLeadBytes(input);
-    const naive::LeadTest isCodesetLead = fuzz::chooseCodeset(input);
+    const naive::LeadTest isCodesetLead = fuzz::testIsOwn() ? isLead : fuzz::chooseCodeset(input);
     const std::string text = input.rest();
     const std::string expected = naive::normalized(text, isLead, isCodesetLead);
     fuzz::HeapText bytes = fuzz::HeapText::exact(text);

@@ -1,7 +1,8 @@
 // The functions that write separators: zvAddPathSep, zvAddPathSepAt, zvReplacePathSeps, zvWashPathSep. They look at
 // bytes and not at characters, whatever the lead bytes are.
 //
-// Input: lead bytes ('0' none, '1' Shift_JIS, '2' every byte), an index, a replacement, the text.
+// Input: lead bytes ('0' none, '1' Shift_JIS, '2' every byte, '3' and '4' the library's own test in C and in
+// Shift_JIS), an index, a replacement, the text.
 
 #include "fuzz/naive/separators.h"
 #include "fuzz/support/heap_text.h"

@@ -1,6 +1,7 @@
 // The functions that find separators: zvIsPathSep, zvIsPathSepByPtr, zvFindLastSep, zvFindLastNotSep.
 //
-// Input: lead bytes ('0' none, '1' Shift_JIS, '2' every byte), an index, the text.
+// Input: lead bytes ('0' none, '1' Shift_JIS, '2' every byte, '3' and '4' the library's own test in C and in
+// Shift_JIS), an index, the text.
 
 #include "fuzz/naive/separators.h"
 #include "fuzz/support/heap_text.h"

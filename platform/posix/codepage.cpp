@@ -1,8 +1,11 @@
 #include "platform/codepage.h"
 
+#include <atomic>
+#include <cstdint>
 #include <cstring>
 #include <cwchar>
 
+#include <ctype.h>
 #include <langinfo.h>
 
 namespace zorvel {
@@ -15,76 +18,121 @@ struct Range
     unsigned char last;
 };
 
+constexpr Range none = {1, 0};
+
+constexpr void add(LeadBytes& table, const Range& range)
+{
+    for (unsigned byte = range.first; byte <= range.last; ++byte)
+    {
+        table.of[byte] = true;
+        table.any = true;
+    }
+}
+
 /// The lead bytes of a family of codesets, in at most three ranges.
+constexpr LeadBytes in(Range first, Range second = none, Range third = none)
+{
+    LeadBytes table = {};
+    add(table, first);
+    add(table, second);
+    add(table, third);
+    return table;
+}
+
+constexpr LeadBytes ofNone = in(none);
+constexpr LeadBytes ofShiftJis = in({0x81, 0x9F}, {0xE0, 0xFC});
+constexpr LeadBytes ofEucJp = in({0x8E, 0x8E}, {0xA1, 0xFE});
+constexpr LeadBytes ofEuc = in({0xA1, 0xFE});
+constexpr LeadBytes ofJohab = in({0x84, 0xD3}, {0xD8, 0xDE}, {0xE0, 0xF9});
+constexpr LeadBytes ofOthers = in({0x81, 0xFE});
+
 struct Codeset
 {
     const char* name;
-    Range ranges[3];
+    const LeadBytes& leads;
 };
-
-const Range none = {1, 0};
 
 /// Names as nl_langinfo gives them, in capitals, and the usual aliases.
 ///
 /// In EUC-JP 0x8F announces two more bytes. It counts as a single byte here, so
 /// that those two form the pair and the next character is met at its beginning.
 /// The four-byte characters of GB18030 and EUC-TW read as two pairs.
-const Codeset doubleByteCodesets[] = {
-    {"SHIFT_JIS", {{0x81, 0x9F}, {0xE0, 0xFC}, none}},
-    {"SHIFT_JISX0213", {{0x81, 0x9F}, {0xE0, 0xFC}, none}},
-    {"SJIS", {{0x81, 0x9F}, {0xE0, 0xFC}, none}},
-    {"WINDOWS-31J", {{0x81, 0x9F}, {0xE0, 0xFC}, none}},
-    {"CP932", {{0x81, 0x9F}, {0xE0, 0xFC}, none}},
-    {"GBK", {{0x81, 0xFE}, none, none}},
-    {"CP936", {{0x81, 0xFE}, none, none}},
-    {"GB18030", {{0x81, 0xFE}, none, none}},
-    {"UHC", {{0x81, 0xFE}, none, none}},
-    {"CP949", {{0x81, 0xFE}, none, none}},
-    {"JOHAB", {{0x84, 0xD3}, {0xD8, 0xDE}, {0xE0, 0xF9}}},
-    {"BIG5", {{0x81, 0xFE}, none, none}},
-    {"BIG5-HKSCS", {{0x81, 0xFE}, none, none}},
-    {"CP950", {{0x81, 0xFE}, none, none}},
-    {"EUC-JP", {{0x8E, 0x8E}, {0xA1, 0xFE}, none}},
-    {"EUC-JP-MS", {{0x8E, 0x8E}, {0xA1, 0xFE}, none}},
-    {"EUC-JISX0213", {{0x8E, 0x8E}, {0xA1, 0xFE}, none}},
-    {"EUC-TW", {{0x8E, 0x8E}, {0xA1, 0xFE}, none}},
-    {"EUC-KR", {{0xA1, 0xFE}, none, none}},
-    {"EUC-CN", {{0xA1, 0xFE}, none, none}},
-    {"GB2312", {{0xA1, 0xFE}, none, none}},
+const Codeset codesets[] = {
+    {"ANSI_X3.4-1968", ofNone},
+    {"SHIFT_JIS", ofShiftJis},
+    {"SHIFT_JISX0213", ofShiftJis},
+    {"SJIS", ofShiftJis},
+    {"WINDOWS-31J", ofShiftJis},
+    {"CP932", ofShiftJis},
+    {"GBK", ofOthers},
+    {"CP936", ofOthers},
+    {"GB18030", ofOthers},
+    {"UHC", ofOthers},
+    {"CP949", ofOthers},
+    {"JOHAB", ofJohab},
+    {"BIG5", ofOthers},
+    {"BIG5-HKSCS", ofOthers},
+    {"CP950", ofOthers},
+    {"EUC-JP", ofEucJp},
+    {"EUC-JP-MS", ofEucJp},
+    {"EUC-JISX0213", ofEucJp},
+    {"EUC-TW", ofEucJp},
+    {"EUC-KR", ofEuc},
+    {"EUC-CN", ofEuc},
+    {"GB2312", ofEuc},
 };
 
-bool isLeadByteOf(const Codeset& codeset, unsigned char byte)
+/// The codeset that nearly every process runs in: no need to search, nor to call anybody.
+bool isUtf8(const char* name)
 {
-    for (const Range& range : codeset.ranges)
-    {
-        if (range.first <= byte && byte <= range.last)
-            return true;
-    }
-    return false;
+    return name[0] == 'U' && name[1] == 'T' && name[2] == 'F' && name[3] == '-' && name[4] == '8' && name[5] == '\0';
 }
 
-/// The two codesets that nearly every process runs in: no need to search.
-bool isKnownSingleByte(const char* name)
+/// Where the name was found the last time: most processes have one codeset.
+std::atomic<const Codeset*> lastFound(codesets);
+
+const LeadBytes& find(const char* name)
 {
-    return std::strcmp(name, "UTF-8") == 0 || strcasecmp(name, "ANSI_X3.4-1968") == 0;
+    for (const Codeset& codeset : codesets)
+    {
+        if (std::strcmp(name, codeset.name) != 0)
+            continue;
+        lastFound.store(&codeset, std::memory_order_relaxed);
+        return codeset.leads;
+    }
+    return ofNone;
 }
 
 }  // namespace
 
 /// The codeset is asked for each time: the application may change its locale.
+const LeadBytes& allLeadBytes()
+{
+    const char* const name = nl_langinfo(CODESET);
+    if (isUtf8(name))
+        return ofNone;
+    const Codeset& known = *lastFound.load(std::memory_order_relaxed);
+    return std::strcmp(name, known.name) == 0 ? known.leads : find(name);
+}
+
 bool isLeadByte(unsigned char byte)
 {
-    if (byte < 0x80)
-        return false;
-    const char* const name = nl_langinfo(CODESET);
-    if (isKnownSingleByte(name))
-        return false;
-    for (const Codeset& codeset : doubleByteCodesets)
-    {
-        if (std::strcmp(name, codeset.name) == 0)
-            return isLeadByteOf(codeset, byte);
-    }
-    return false;
+    return byte >= 0x80 && allLeadBytes().of[byte];
+}
+
+/// The C library keeps with each locale whether there is more to letter case in
+/// it than ASCII, for the same use. Only the low half of the answer is the
+/// number; the rest of the pointer is nothing.
+bool lowersAsciiAsUsual()
+{
+    return static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(nl_langinfo(_NL_CTYPE_NONASCII_CASE))) == 0;
+}
+
+/// By the table that tolower() reads.
+LoweredPair lowered(unsigned char first, unsigned char second)
+{
+    const std::int32_t* const table = *__ctype_tolower_loc();
+    return {table[first], table[second]};
 }
 
 std::size_t wholeCharacters(const char* text, std::size_t limit)

@@ -1,5 +1,9 @@
 #include "platform/codepage.h"
 
+#include <cctype>
+#include <clocale>
+#include <cstring>
+
 #include <windows.h>
 
 namespace zorvel {
@@ -8,6 +12,39 @@ namespace platform {
 bool isLeadByte(unsigned char byte)
 {
     return IsDBCSLeadByte(byte) != FALSE;
+}
+
+namespace {
+
+LeadBytes askAll()
+{
+    LeadBytes table = {};
+    for (int byte = 0x80; byte < 0x100; ++byte)
+    {
+        table.of[byte] = IsDBCSLeadByte(static_cast<unsigned char>(byte)) != FALSE;
+        table.any = table.any || table.of[byte];
+    }
+    return table;
+}
+
+}  // namespace
+
+/// The ANSI code page is that of the process from its beginning to its end.
+const LeadBytes& allLeadBytes()
+{
+    static const LeadBytes table = askAll();
+    return table;
+}
+
+bool lowersAsciiAsUsual()
+{
+    const char* const locale = std::setlocale(LC_CTYPE, nullptr);
+    return locale != nullptr && std::strcmp(locale, "C") == 0;
+}
+
+LoweredPair lowered(unsigned char first, unsigned char second)
+{
+    return {std::tolower(first), std::tolower(second)};
 }
 
 namespace {

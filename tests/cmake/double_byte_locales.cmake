@@ -4,7 +4,8 @@
 set(ZORVEL_TEST_LOCALES ${CMAKE_BINARY_DIR}/test-locales)
 set(stamps)
 foreach(locale ja_JP.SHIFT_JIS ja_JP.WINDOWS-31J ja_JP.EUC-JP ja_JP.EUC-JP-MS ja_JP.EUC-JISX0213 zh_CN.GBK zh_CN.GB2312
-               ko_KR.CP949 ko_KR.EUC-KR zh_TW.BIG5 en_US.ISO-8859-1 ja_JP.UTF-8)
+               ko_KR.CP949 ko_KR.EUC-KR zh_TW.BIG5 en_US.ISO-8859-1 tr_TR.ISO-8859-9
+               ja_JP.UTF-8)
   string(REPLACE "." ";" parts ${locale})
   list(GET parts 0 language)
   list(GET parts 1 charmap)

@@ -16,6 +16,12 @@ inline bool isLead(char byte)
     return zvIsMultiByteLead(static_cast<unsigned char>(byte));
 }
 
+/// zvIsPathSep, where nobody has to be called for it.
+inline bool isSeparator(int character)
+{
+    return character == '\\' || character == '/';
+}
+
 /// The length of the character at p, 1 or 2: a lead byte that the end cuts off
 /// counts as one byte. p lies before end.
 inline std::size_t characterLength(const char* p, const char* end)

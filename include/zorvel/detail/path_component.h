@@ -2,6 +2,8 @@
 
 #include <zorvel/paths.h>
 
+#include <zorvel/detail/character_key.h>
+
 #include <cstddef>
 #include <string>
 
@@ -26,12 +28,12 @@ struct Piece
 /// network prefix), a lone pair to one.
 inline Piece trimLeadingPiece(Piece piece)
 {
-    if (piece.length >= 3 && zvIsPathSep(piece.text[0]))
+    if (piece.length >= 3 && isSeparator(piece.text[0]))
     {
-        while (piece.length > 2 && zvIsPathSep(piece.text[1]) && zvIsPathSep(piece.text[2]))
+        while (piece.length > 2 && isSeparator(piece.text[1]) && isSeparator(piece.text[2]))
             piece.dropFirst();
     }
-    else if (piece.length == 2 && zvIsPathSep(piece.text[0]) && zvIsPathSep(piece.text[1]))
+    else if (piece.length == 2 && isSeparator(piece.text[0]) && isSeparator(piece.text[1]))
     {
         piece.dropFirst();
     }
@@ -41,7 +43,7 @@ inline Piece trimLeadingPiece(Piece piece)
 /// A piece further on: no leading separators.
 inline Piece trimFollowingPiece(Piece piece)
 {
-    while (piece.length > 0 && zvIsPathSep(piece.text[0]))
+    while (piece.length > 0 && isSeparator(piece.text[0]))
         piece.dropFirst();
     return piece;
 }

@@ -2,9 +2,8 @@
 
 #include <zorvel/paths.h>
 
-#include <zorvel/detail/character_key.h>
-#include <zorvel/detail/normalize_text.h>
 #include <zorvel/detail/path_component.h>
+#include <zorvel/detail/whole_text.h>
 
 // ---------------------------------------------------------------------------
 // zvWellFormedPathNormalizer
@@ -21,10 +20,7 @@ void zvWellFormedPathNormalizer<P>::assignNormalized(P& target, const char* text
 template <class P>
 void zvWellFormedPathNormalizer<P>::normalize(P& target)
 {
-    std::string& text = target;
-    zorvel::detail::unifySeparators(text);
-    zorvel::detail::collapseSeparators(text);
-    zorvel::detail::trimBlanks(text);
+    zorvel::detail::normalizeText(target);
 }
 
 // ---------------------------------------------------------------------------
@@ -125,19 +121,7 @@ std::size_t zvPathString_<S>::find(const char* text, std::size_t from) const
 template <class S>
 std::size_t zvPathString_<S>::find(const S& text, std::size_t from) const
 {
-    if (from >= this->size())
-        return S::npos;
-    if (text.empty())
-        return from;
-    const char* const begin = this->data();
-    const char* const end = begin + this->size();
-    const char* p = begin + zorvel::detail::characterBoundary(begin, this->size(), from);
-    for (; p != end; p += zorvel::detail::characterLength(p, end))
-    {
-        if (zorvel::detail::standsAt(p, end, text.data(), text.data() + text.size()))
-            return static_cast<std::size_t>(p - begin);
-    }
-    return S::npos;
+    return zorvel::detail::findText(this->data(), this->size(), text.data(), text.size(), from);
 }
 
 template <class S>

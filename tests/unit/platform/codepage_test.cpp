@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cctype>
 #include <clocale>
 #include <string>
 
@@ -54,6 +55,26 @@ TEST(CodePage, LeadBytesFollowTheLocale)
         EXPECT_EQ(row.leads, leadBytes()) << row.locale;
     }
     EXPECT_EQ("", leadBytes());
+}
+
+TEST(CodePage, LettersAreLoweredAsUsualOrTheirTableIsAsked)
+{
+    for (const char* name : {"C", "ja_JP.SHIFT_JIS", "ja_JP.EUC-JP", "zh_CN.GBK", "ko_KR.CP949", "zh_TW.BIG5", "C.UTF-8",
+                             "ja_JP.UTF-8", "tr_TR.ISO-8859-9"})
+    {
+        const LocaleScope locale(name);
+        ASSERT_TRUE(locale.installed()) << name;
+        bool asUsual = true;
+        for (unsigned char byte = 0; byte < 0x80; ++byte)
+        {
+            const LoweredPair pair = lowered(byte, 'x');
+            EXPECT_EQ(std::tolower(byte), pair.first) << name;
+            EXPECT_EQ('x', pair.second) << name;
+            asUsual = asUsual && pair.first == (byte >= 'A' && byte <= 'Z' ? byte + 0x20 : byte);
+        }
+        EXPECT_EQ(asUsual, lowersAsciiAsUsual()) << name;
+        EXPECT_EQ(std::string(name) != "tr_TR.ISO-8859-9", asUsual) << name;
+    }
 }
 
 TEST(CodePage, Utf8HasNoLeadBytes)
