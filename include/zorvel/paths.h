@@ -378,6 +378,7 @@ public:
 private:
     class Detached;
 
+    static normalizer_ptr standardNormalizer();
     void appendComponent(std::string& joined, const component& piece) const;
 
     normalizer_ptr m_active;

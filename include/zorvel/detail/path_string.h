@@ -87,6 +87,15 @@ zvPathString_<S>& zvPathString_<S>::operator=(const zvPathString_& other)
     return *this;
 }
 
+/// One for all, because it has no state. Nobody owns it, so that nothing is
+/// counted, and it is never destroyed: static objects may hold paths.
+template <class S>
+typename zvPathString_<S>::normalizer_ptr zvPathString_<S>::standardNormalizer()
+{
+    static normalizer_type& standard = *new zvWellFormedPathNormalizer<zvPathString_<S>>;
+    return normalizer_ptr(normalizer_ptr(), &standard);
+}
+
 template <class S>
 void zvPathString_<S>::setNormalizer(const normalizer_ptr& normalizer)
 {
@@ -96,7 +105,7 @@ void zvPathString_<S>::setNormalizer(const normalizer_ptr& normalizer)
         return;
     }
     if (!m_default)
-        m_default = boost::make_shared<zvWellFormedPathNormalizer<zvPathString_<S>>>();
+        m_default = standardNormalizer();
     m_active = m_default;
 }
 
