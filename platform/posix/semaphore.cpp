@@ -1,6 +1,7 @@
 #include "platform/semaphore.h"
 
 #include "platform/posix/semaphore_file.h"
+#include "platform/posix/semaphore_place.h"
 
 #include <boost/uuid/name_generator_sha1.hpp>
 #include <boost/uuid/uuid_io.hpp>
@@ -21,29 +22,29 @@ namespace platform {
 namespace {
 
 using posix::SemaphoreFile;
+using posix::SemaphorePlace;
 using posix::SharedSemaphore;
 
 /// More than any name needs; a bound on what is hashed.
 const std::size_t longestName = 32767;
 
-/// The open semaphores of the process. A handle is a number that is never given
-/// twice, so that one which is closed already leads nowhere.
+/// The open semaphores of the process, for those who keep one: it stays as long as they do, also when its handle is
+/// closed meanwhile.
 class Handles
 {
 public:
     void* add(const std::shared_ptr<SemaphoreFile>& file)
     {
         const std::lock_guard<std::mutex> guard(m_mutex);
-        void* const handle = reinterpret_cast<void*>(m_next);
-        m_files.emplace(handle, file);
-        m_next += 4;
-        return handle;
+        std::shared_ptr<SemaphoreFile>& kept = m_files[&file->shared()];
+        kept = file;
+        return SemaphorePlace::openHandle(&file->shared());
     }
 
     std::shared_ptr<SemaphoreFile> find(void* handle)
     {
         const std::lock_guard<std::mutex> guard(m_mutex);
-        const auto found = m_files.find(handle);
+        const auto found = m_files.find(SemaphorePlace::of(handle));
         return found == m_files.end() ? nullptr : found->second;
     }
 
@@ -51,18 +52,18 @@ public:
     std::shared_ptr<SemaphoreFile> remove(void* handle)
     {
         const std::lock_guard<std::mutex> guard(m_mutex);
-        const auto found = m_files.find(handle);
+        const auto found = m_files.find(SemaphorePlace::of(handle));
         if (found == m_files.end())
             return nullptr;
         const std::shared_ptr<SemaphoreFile> file = found->second;
+        SemaphorePlace::closeHandle(handle);
         m_files.erase(found);
         return file;
     }
 
 private:
     std::mutex m_mutex;
-    std::map<void*, std::shared_ptr<SemaphoreFile>> m_files;
-    std::uintptr_t m_next = 4;
+    std::map<const void*, std::shared_ptr<SemaphoreFile>> m_files;
 };
 
 /// Never destroyed: semaphores of the application's static objects outlive ours.
@@ -104,6 +105,25 @@ typedef std::chrono::steady_clock Clock;
 /// then find out by looking themselves.
 const Clock::duration longestSleep = std::chrono::seconds(1);
 
+void wakeSleeper(SharedSemaphore& semaphore)
+{
+    ::syscall(SYS_futex, &semaphore.count, FUTEX_WAKE, 1, nullptr, nullptr, 0);
+}
+
+/// Adds one; false at the maximum. Somebody may have gone to sleep for it.
+bool give(SharedSemaphore& semaphore)
+{
+    std::uint32_t count = semaphore.count;
+    do
+    {
+        if (count >= semaphore.maximum)
+            return false;
+    } while (!semaphore.count.compare_exchange_weak(count, count + 1));
+    if (semaphore.sleepers > 0)
+        wakeSleeper(semaphore);
+    return true;
+}
+
 /// Sleeps while the count is 0, until somebody releases it or the time is over.
 /// False when the system refuses.
 bool sleepWhileTaken(SharedSemaphore& semaphore, Clock::duration time)
@@ -138,9 +158,24 @@ unsigned long waitInLine(SharedSemaphore& semaphore, unsigned long milliseconds)
     return result;
 }
 
-void wakeSleeper(SharedSemaphore& semaphore)
+unsigned long waitForKept(const std::shared_ptr<SemaphoreFile>& file, unsigned long milliseconds)
 {
-    ::syscall(SYS_futex, &semaphore.count, FUTEX_WAKE, 1, nullptr, nullptr, 0);
+    if (!file)
+    {
+        errno = EBADF;
+        return waitFailed;
+    }
+    if (take(file->shared()))
+        return waitSucceeded;
+    return milliseconds == 0 ? waitTimedOut : waitInLine(file->shared(), milliseconds);
+}
+
+bool releaseKept(const std::shared_ptr<SemaphoreFile>& file)
+{
+    if (file && give(file->shared()))
+        return true;
+    errno = file ? EOVERFLOW : EBADF;
+    return false;
 }
 
 }  // namespace
@@ -163,40 +198,17 @@ void* createSemaphore(const std::string& name, long initialCount, long maximumCo
     }
 }
 
+/// What neither can be had at once nor refused at once is done by the ways below, which keep the semaphore.
 unsigned long waitForSemaphore(void* handle, unsigned long milliseconds)
 {
-    const std::shared_ptr<SemaphoreFile> file = handles().find(handle);
-    if (!file)
-    {
-        errno = EBADF;
-        return waitFailed;
-    }
-    if (take(file->shared()))
-        return waitSucceeded;
-    return milliseconds == 0 ? waitTimedOut : waitInLine(file->shared(), milliseconds);
+    SharedSemaphore* const open = static_cast<SharedSemaphore*>(SemaphorePlace::of(handle));
+    return open && take(*open) ? waitSucceeded : waitForKept(handles().find(handle), milliseconds);
 }
 
 bool releaseSemaphore(void* handle)
 {
-    const std::shared_ptr<SemaphoreFile> file = handles().find(handle);
-    if (!file)
-    {
-        errno = EBADF;
-        return false;
-    }
-    SharedSemaphore& semaphore = file->shared();
-    std::uint32_t count = semaphore.count;
-    do
-    {
-        if (count >= semaphore.maximum)
-        {
-            errno = EOVERFLOW;
-            return false;
-        }
-    } while (!semaphore.count.compare_exchange_weak(count, count + 1));
-    if (semaphore.sleepers > 0)
-        wakeSleeper(semaphore);
-    return true;
+    SharedSemaphore* const open = static_cast<SharedSemaphore*>(SemaphorePlace::of(handle));
+    return (open && give(*open)) || releaseKept(handles().find(handle));
 }
 
 int closeSemaphore(void* handle)

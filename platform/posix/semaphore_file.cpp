@@ -1,5 +1,7 @@
 #include "platform/posix/semaphore_file.h"
 
+#include "platform/posix/semaphore_place.h"
+
 #include <cstring>
 
 #include <errno.h>
@@ -191,10 +193,18 @@ bool SemaphoreFile::holdsOurs() const
 
 bool SemaphoreFile::map()
 {
-    void* const memory =
-        ::mmap(nullptr, sizeof(SharedSemaphore), PROT_READ | PROT_WRITE, MAP_SHARED, m_descriptor, 0);
-    if (memory == MAP_FAILED)
+    void* const place = SemaphorePlace::take();
+    if (!place)
         return false;
+    void* const memory =
+        ::mmap(place, sizeof(SharedSemaphore), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_FIXED, m_descriptor, 0);
+    if (memory == MAP_FAILED)
+    {
+        const int code = errno;
+        SemaphorePlace::giveUp(place);
+        errno = code;
+        return false;
+    }
     m_shared = static_cast<SharedSemaphore*>(memory);
     return true;
 }
@@ -204,7 +214,7 @@ bool SemaphoreFile::map()
 void SemaphoreFile::close()
 {
     if (m_shared)
-        ::munmap(m_shared, sizeof(SharedSemaphore));
+        SemaphorePlace::giveUp(m_shared);
     if (m_descriptor != -1)
     {
         lock(m_descriptor, gate, F_OFD_SETLK, F_UNLCK);

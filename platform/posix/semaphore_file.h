@@ -47,6 +47,7 @@ public:
     SemaphoreFile(const SemaphoreFile&) = delete;
     SemaphoreFile& operator=(const SemaphoreFile&) = delete;
 
+    /// What the processes share, at a SemaphorePlace.
     SharedSemaphore& shared() { return *m_shared; }
 
 private:
