@@ -1,5 +1,8 @@
 #include "suite/detail/message_format.h"
 
+#include <charconv>
+#include <cstring>
+
 namespace zorvel {
 namespace suite {
 namespace {
@@ -21,9 +24,16 @@ std::string fill(const char* text, Replace replace)
     return result;
 }
 
-std::string shown(const char* text)
+const char* shown(const char* text)
 {
     return text ? text : "(null)";
+}
+
+void appendNumber(int number, TextBuffer& buffer)
+{
+    char digits[16];
+    const std::to_chars_result end = std::to_chars(digits, digits + sizeof digits, number);
+    buffer.append(digits, static_cast<std::size_t>(end.ptr - digits));
 }
 
 }  // namespace
@@ -48,6 +58,27 @@ std::string fillInOrder(const char* english, const std::vector<std::string>& arg
 {
     auto next = arguments.begin();
     return fill(english, [&next](char) { return *next++; });
+}
+
+bool writeInOrder(const char* english, std::va_list arguments, TextBuffer& buffer)
+{
+    for (const char* p = english;; p += 2) {
+        const char* const conversion = std::strchr(p, '%');
+        buffer.append(p, conversion ? static_cast<std::size_t>(conversion - p) : std::strlen(p));
+        if (!conversion)
+            return true;
+        p = conversion;
+        if (p[1] == 's') {
+            const char* const text = shown(va_arg(arguments, const char*));
+            buffer.append(text, std::strlen(text));
+        } else if (p[1] == 'd') {
+            appendNumber(va_arg(arguments, int), buffer);
+        } else if (p[1] == '%') {
+            buffer.append(p, 1);
+        } else {
+            return false;
+        }
+    }
 }
 
 bool isTranslation(const char* text)

@@ -15,6 +15,8 @@ using zorvel::suite::fillByNumber;
 using zorvel::suite::fillInOrder;
 using zorvel::suite::isTranslation;
 using zorvel::suite::readArguments;
+using zorvel::suite::TextBuffer;
+using zorvel::suite::writeInOrder;
 
 const std::uint32_t endOfIdentifiers = 0xFFFFFFFF;
 
@@ -55,26 +57,37 @@ Texts textsOf(const std::map<std::uint32_t, Facility>& facilities, std::uint32_t
             table == translations.end() ? nullptr : textIn(*table->second, identifier)};
 }
 
-/// Empty when the message cannot be made.
+/// A message that has a translation; empty when it cannot be made.
 std::string format(const Texts& texts, std::va_list values)
 {
     std::vector<std::string> arguments;
     std::string translation;
-    if (!texts.english || !readArguments(texts.english, values, arguments))
+    if (!readArguments(texts.english, values, arguments))
         return std::string();
-    if (texts.translated && zorvel::platform::fromCodePage932(texts.translated, translation))
+    if (zorvel::platform::fromCodePage932(texts.translated, translation))
         return isTranslation(translation.c_str()) ? fillByNumber(translation.c_str(), arguments) : std::string();
     return fillInOrder(texts.english, arguments);
 }
 
-/// As much of a text as fits, terminated; the number of bytes written.
-std::size_t copyWhatFits(const std::string& text, char* buffer, std::size_t size)
+/// Ends what was written to a buffer, cut at the end of a character where it does not fit; its length.
+std::size_t terminate(const TextBuffer& text, char* buffer, std::size_t size)
 {
     const std::size_t length =
-        text.size() < size ? text.size() : zorvel::platform::wholeCharacters(text.c_str(), size - 1);
-    std::memcpy(buffer, text.data(), length);
+        text.length() < size ? text.length() : zorvel::platform::wholeCharacters(buffer, size - 1);
     buffer[length] = '\0';
     return length;
+}
+
+/// Straight into the buffer where nothing has to be put in another order.
+bool write(const Texts& texts, std::va_list values, TextBuffer& buffer)
+{
+    if (!texts.english)
+        return false;
+    if (!texts.translated)
+        return writeInOrder(texts.english, values, buffer);
+    const std::string text = format(texts, values);
+    buffer.append(text.data(), text.size());
+    return true;
 }
 
 }  // namespace
@@ -140,8 +153,11 @@ try {
         return 0;
     const std::string language = zorvel::platform::userLanguage();
     const std::lock_guard<std::mutex> guard(context->tables.mutex);
-    const std::string text = format(textsOf(context->tables.facilities, identifier, language), arguments);
-    return static_cast<int>(copyWhatFits(text, buffer, size));
+    TextBuffer text(buffer, size);
+    if (write(textsOf(context->tables.facilities, identifier, language), arguments, text))
+        return static_cast<int>(terminate(text, buffer, size));
+    buffer[0] = '\0';
+    return 0;
 } catch (const std::exception&) {
     return 0;  // exhausted memory
 }

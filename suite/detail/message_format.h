@@ -1,5 +1,7 @@
 #pragma once
 
+#include "suite/detail/text_buffer.h"
+
 #include <cstdarg>
 #include <string>
 #include <vector>
@@ -13,6 +15,11 @@ bool readArguments(const char* english, std::va_list arguments, std::vector<std:
 
 /// Puts the arguments into an English text, one after another.
 std::string fillInOrder(const char* english, const std::vector<std::string>& arguments);
+
+/// Writes an English text with its arguments, one after another, read with the
+/// types that it gives them. False for a text with any other conversion; what
+/// is in the buffer then is of no use.
+bool writeInOrder(const char* english, std::va_list arguments, TextBuffer& buffer);
 
 /// Whether every '%' of a translation is followed by a number (%1 to %9) or by
 /// another '%'.
