@@ -95,6 +95,25 @@ private:
     std::size_t m_length;
 };
 
+/// Whether an absolute native path has neither "." nor ".." among its names, nor
+/// empty ones but behind the last separator. Names that begin with '.' are left
+/// to the way that looks at each.
+bool isPlain(const char* native)
+{
+    return native[0] == '/' && std::strstr(native, "//") == nullptr && std::strstr(native, "/.") == nullptr;
+}
+
+/// Copies a native path in the library's form if it fits.
+bool write(const char* native, char* out, std::size_t size)
+{
+    const std::size_t length = std::strlen(native);
+    if (length >= size)
+        return false;
+    for (std::size_t i = 0; i <= length; ++i)
+        out[i] = native[i] == '/' ? '\\' : native[i];
+    return true;
+}
+
 }  // namespace
 
 bool fullPath(const char* in, char* out, std::size_t size)
@@ -105,6 +124,8 @@ bool fullPath(const char* in, char* out, std::size_t size)
     const char* name = native.c_str();
     if (*in != '\0' && *name == '\0')
         return false;
+    if (isPlain(name))
+        return write(name, out, size);
     AbsolutePath path;
     if (*name != '/' && !path.startAtCurrentDirectory())
         return false;

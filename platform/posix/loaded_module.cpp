@@ -56,6 +56,15 @@ std::string pathOfMapping(const void* address)
     return std::string();
 }
 
+/// The loader keeps the name that a module was loaded by. A relative one meant
+/// something in the directory that was current then. The executable has none.
+std::string pathOfName(const char* name, const void* base)
+{
+    if (!name[0])
+        return pathOfExecutable();
+    return name[0] == '/' ? name : pathOfMapping(base);
+}
+
 /// The page in which a segment begins.
 ElfW(Addr) beginOf(const ElfW(Phdr)& segment)
 {
@@ -102,16 +111,32 @@ bool LoadedModule::isMeantBy(const void* handle) const
 
 bool LoadedModule::isOfKernel() const
 {
-    return reinterpret_cast<unsigned long>(base()) == ::getauxval(AT_SYSINFO_EHDR);
+    static const unsigned long kernels = ::getauxval(AT_SYSINFO_EHDR);
+    return reinterpret_cast<unsigned long>(base()) == kernels;
 }
 
-/// The loader keeps the name that a module was loaded by. A relative one meant
-/// something in the directory that was current then.
+/// The loader may have lists of modules that know nothing of each other; each
+/// begins with the module that this one is the first of.
+const link_map* LoadedModule::findByBase(const void* address) const
+{
+    dl_find_object found;
+    if (::_dl_find_object(const_cast<void*>(address), &found) != 0 || found.dlfo_map_start != address)
+        return nullptr;
+    const link_map* first = found.dlfo_link_map;
+    while (first && first->l_prev)
+        first = first->l_prev;
+    const bool isOurs = first && first->l_addr == m_info.dlpi_addr && first->l_name == m_info.dlpi_name;
+    return isOurs ? found.dlfo_link_map : nullptr;
+}
+
 std::string LoadedModule::path() const
 {
-    if (!m_info.dlpi_name[0])
-        return pathOfExecutable();
-    return m_info.dlpi_name[0] == '/' ? m_info.dlpi_name : pathOfMapping(base());
+    return pathOfName(m_info.dlpi_name, base());
+}
+
+std::string LoadedModule::pathOf(const link_map& module, const void* base)
+{
+    return pathOfName(module.l_name, base);
 }
 
 }  // namespace posix

@@ -18,6 +18,14 @@ public:
     /// Where it begins in memory; no two modules begin at one place.
     void* base() const;
 
+    /// The module of the same list that begins at an address, found without a
+    /// look at the others; null where that fails, which says nothing. Lives as
+    /// long as the callback runs.
+    const link_map* findByBase(const void* address) const;
+
+    /// The path of such a module, as path() gives it.
+    static std::string pathOf(const link_map& module, const void* base);
+
     /// Whether a handle means it: an address in it, or what dlopen() gave.
     bool isMeantBy(const void* handle) const;
 

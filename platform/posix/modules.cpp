@@ -36,19 +36,33 @@ struct Search
     const void* module;
     std::string path;
     int code;
+    bool isFirst;
 };
+
+/// Whether a module that the loader shows is the one that is looked for, or
+/// leads to it at once, as the first may; its path.
+bool takePath(const LoadedModule& module, Search& search)
+{
+    const link_map* const wanted = search.module && search.isFirst ? module.findByBase(search.module) : nullptr;
+    search.isFirst = false;
+    if (wanted)
+        search.path = LoadedModule::pathOf(*wanted, search.module);
+    // The loader begins with the executable, which null means.
+    else if (!search.module || module.isMeantBy(search.module))
+        search.path = module.path();
+    else
+        return false;
+    return true;
+}
 
 /// Exceptions may not pass the loader, which calls this.
 int findModule(dl_phdr_info* info, std::size_t, void* data)
 {
     Search& search = *static_cast<Search*>(data);
-    const LoadedModule module(*info);
-    // The loader begins with the executable, which null means.
-    if (search.module && !module.isMeantBy(search.module))
-        return 0;
     try
     {
-        search.path = module.path();
+        if (!takePath(LoadedModule(*info), search))
+            return 0;
         search.code = 0;
     }
     catch (...)
@@ -56,6 +70,14 @@ int findModule(dl_phdr_info* info, std::size_t, void* data)
         search.code = ENOMEM;
     }
     return 1;
+}
+
+/// Whether a native path can be written in the library's form and read back:
+/// not with '\' in a name.
+bool canBeWritten(const std::string& native)
+{
+    const bool holdsBackslash = native.find('\\') != std::string::npos;
+    return !native.empty() && (!holdsBackslash || posix::isReachable(native.c_str()));
 }
 
 /// Writes a native path in the library's form. '/' stands inside no character.
@@ -87,11 +109,10 @@ bool listModules(void*, void** modules, std::uint32_t size, std::uint32_t& neede
 
 std::uint32_t moduleFileName(void* module, char* buffer, std::uint32_t size)
 {
-    Search search = {module, std::string(), ENOENT};
+    Search search = {module, std::string(), ENOENT, true};
     if (size != 0)
         ::dl_iterate_phdr(&findModule, &search);
-    // A path with '\' in a name could not be read back.
-    if (search.code == 0 && (search.path.empty() || !posix::isReachable(search.path.c_str())))
+    if (search.code == 0 && !canBeWritten(search.path))
         search.code = ENOENT;
     if (search.code == 0)
         return writePath(search.path, buffer, size);
