@@ -1,0 +1,1 @@
+"""What `run` consists of."""
