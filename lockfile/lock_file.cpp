@@ -4,6 +4,7 @@
 #include "lockfile/lock_name.h"
 #include "platform/clock.h"
 
+#include <boost/make_shared.hpp>
 #include <boost/thread/thread.hpp>
 
 namespace {
@@ -11,20 +12,30 @@ namespace {
 using boost::posix_time::time_duration;
 
 /// What the timer calls. It keeps a name and a file system of its own, so it
-/// never looks at the lock file object.
+/// never looks at the lock file object. On its way to the timer's thread it is
+/// copied several times, and so it is no more than a pointer to them.
 class Refresh
 {
 public:
-    Refresh(const boost::shared_ptr<zvAbstractFS>& fs, const std::string& name) : m_fs(fs), m_name(name) {}
+    Refresh(const boost::shared_ptr<zvAbstractFS>& fs, const std::string& name)
+        : m_own(boost::make_shared<Own>(Own{fs, name}))
+    {
+    }
+
     void operator()() const
     {
         const zorvel::lockfile::PeriodicRefresh periodic;
-        m_fs->refreshLockFile(m_name);
+        m_own->fs->refreshLockFile(m_own->name);
     }
 
 private:
-    boost::shared_ptr<zvAbstractFS> m_fs;
-    std::string m_name;
+    struct Own
+    {
+        const boost::shared_ptr<zvAbstractFS> fs;
+        const std::string name;
+    };
+
+    boost::shared_ptr<const Own> m_own;
 };
 
 boost::posix_time::ptime oneSecondFromNow()
