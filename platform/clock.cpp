@@ -1,5 +1,7 @@
 #include "platform/clock.h"
 
+#include "platform/uninterrupted_sleep.h"
+
 #include <boost/date_time/posix_time/posix_time.hpp>
 #include <boost/thread/thread.hpp>
 
@@ -16,11 +18,17 @@ boost::posix_time::ptime universalTime()
     return boost::posix_time::microsec_clock::universal_time();
 }
 
+/// A thread that cannot be interrupted (one that Boost did not start, for one)
+/// needs none of what an interruptible sleep is made of.
 void sleepFor(long milliseconds)
 {
     boost::this_thread::interruption_point();
-    if (milliseconds > 0)
+    if (milliseconds <= 0)
+        return;
+    if (boost::this_thread::interruption_enabled())
         boost::this_thread::sleep(boost::posix_time::milliseconds(milliseconds));
+    else
+        sleepUninterrupted(milliseconds);
 }
 
 }  // namespace platform
