@@ -117,6 +117,12 @@ typedef void (*Schedule)(const Callback& fn, const time_duration& interval);
 /// touches the handle, which it may outlive.
 void run(Schedule schedule, const Callback& fn, const time_duration& interval, const Flag& failed)
 {
+    // A timer that is cancelled before its thread has begun needs no exception
+    // to end it: locks that are held for a moment are full of these.
+    if (boost::this_thread::interruption_requested()) {
+        *failed = true;
+        return;
+    }
     try {
         schedule(fn, interval);
     } catch (...) {
