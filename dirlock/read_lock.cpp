@@ -72,7 +72,7 @@ bool zvDirectoryReadWriteLock::ReadLock::isAcquired() const
 /// on purpose: its holder is gone either way.
 bool zvDirectoryReadWriteLock::ReadLock::Impl::mayEnter(const boost::posix_time::ptime& deadline)
 {
-    const zvPathString writer = writeLockName();
+    const zvPathString& writer = writeLockName();
     if (!fs->anyMatch(writer.c_str()))
         return true;
     if (judge(writer.c_str(), STALE_TIMEOUT_SEC, deadline) != Verdict::stale)

@@ -28,16 +28,28 @@ const long pollMsec = zvDirectoryReadWriteLock::ACQUIRE_POLL_INTERVAL_MSEC;
 /// The guard's lines in the verbose log carry no label of their own.
 const char noLabel[] = "";
 
+zvPathString writerIn(const zvPathString& directory)
+{
+    return zvPathString(directory, ".deploy_write_lock");
+}
+
+zvPathString readersIn(const zvPathString& directory)
+{
+    return zvPathString(directory, (std::string(readLockPrefix) + "*").c_str());
+}
+
 }  // namespace
 
 ReadWriteHold::ReadWriteHold(const zvPathString& dir, const boost::shared_ptr<zvAbstractFS>& system)
-    : guard(dir, noLabel, system), count(0), directory(dir), isStale(dir, system), fs(system)
+    : guard(dir, noLabel, system), count(0), directory(dir), isStale(dir, system), fs(system),
+      writerName(writerIn(dir)), readerPattern(readersIn(dir))
 {
 }
 
 ReadWriteHold::ReadWriteHold(const zvPathString& dir, const boost::shared_ptr<zvLockFile>& file,
                              const boost::shared_ptr<zvAbstractFS>& system)
-    : guard(dir, noLabel, system), count(1), directory(dir), lockFile(file), isStale(dir, system), fs(system)
+    : guard(dir, noLabel, system), count(1), directory(dir), lockFile(file), isStale(dir, system), fs(system),
+      writerName(writerIn(dir)), readerPattern(readersIn(dir))
 {
 }
 
@@ -108,16 +120,6 @@ ReadWriteHold::Verdict ReadWriteHold::judge(const char* name, int staleSeconds, 
     } catch (const zvFileNotFoundError&) {
         return Verdict::vanished;
     }
-}
-
-zvPathString ReadWriteHold::writeLockName() const
-{
-    return zvPathString(directory, ".deploy_write_lock");
-}
-
-zvPathString ReadWriteHold::readLockPattern() const
-{
-    return zvPathString(directory, (std::string(readLockPrefix) + "*").c_str());
 }
 
 /// In a directory whose path cannot be searched by a pattern nobody would ever

@@ -62,8 +62,8 @@ bool zvDirectoryReadWriteLock::WriteLock::isAcquired() const
 /// look needed.
 bool zvDirectoryReadWriteLock::WriteLock::Impl::mayEnter(const boost::posix_time::ptime& deadline)
 {
-    const zvPathString readers = readLockPattern();
-    const zvPathString writer = writeLockName();
+    const zvPathString& readers = readLockPattern();
+    const zvPathString& writer = writeLockName();
     clearStale(readers, deadline);
     const bool writerWasThere = clearStale(writer, deadline);
     if (fs->anyMatch(readers.c_str()) || fs->anyMatch(writer.c_str()))
@@ -101,7 +101,7 @@ zvDirectoryReadWriteLock::WriteLock::Impl::removeLockFileIfStale(const char* nam
 /// remove should that fail; without the guard it may be somebody else's.
 boost::shared_ptr<zvLockFile> zvDirectoryReadWriteLock::WriteLock::Impl::mark(const time_duration& interval)
 {
-    const zvPathString name = writeLockName();
+    const zvPathString& name = writeLockName();
     if (guard.isAcquired())
         return zorvel::dirlock::makeClaimedLockFile(name, interval, fs);
     return zorvel::dirlock::makeLockFile(name, interval, fs);

@@ -49,8 +49,8 @@ protected:
     /// release it.
     Verdict judge(const char* name, int staleSeconds, const boost::posix_time::ptime& deadline);
 
-    zvPathString writeLockName() const;
-    zvPathString readLockPattern() const;
+    const zvPathString& writeLockName() const { return writerName; }
+    const zvPathString& readLockPattern() const { return readerPattern; }
 
     boost::timed_mutex mutex;
     zvDirectoryExclusiveLock guard;
@@ -61,6 +61,10 @@ protected:
     boost::shared_ptr<zvAbstractFS> fs;
 
 private:
+    /// Joined once: each look asks for them.
+    const zvPathString writerName;
+    const zvPathString readerPattern;
+
     void requireSearchable() const;
     bool waitToEnter(const boost::posix_time::ptime& deadline, GuardTurn& guardTurn);
     bool hold(bool skipRefresh);
