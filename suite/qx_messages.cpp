@@ -4,6 +4,7 @@
 #include "platform/language.h"
 #include "suite/detail/message_format.h"
 
+#include <algorithm>
 #include <cstring>
 #include <exception>
 #include <map>
@@ -20,11 +21,14 @@ using zorvel::suite::writeInOrder;
 
 const std::uint32_t endOfIdentifiers = 0xFFFFFFFF;
 
+/// By language.
+typedef std::map<std::string, const qx_language_table*> Translations;
+
 /// The tables of one facility.
 struct Facility
 {
     const qx_message_table* english = nullptr;
-    std::map<std::string, const qx_language_table*> translations;
+    Translations translations;
 };
 
 /// The text of an identifier in a table, or null.
@@ -45,16 +49,26 @@ struct Texts
     const char* translated;
 };
 
+/// There are two or three letters and as many languages; a comparison of memory would wait for the letters of the user's,
+/// which have only just been written.
+const qx_language_table* tableFor(const Translations& translations, const std::string& language)
+{
+    const auto isWanted = [&language](const Translations::value_type& translation) {
+        return translation.first.size() == language.size()
+               && std::mismatch(language.begin(), language.end(), translation.first.begin()).first == language.end();
+    };
+    const auto found = std::find_if(translations.begin(), translations.end(), isWanted);
+    return found == translations.end() ? nullptr : found->second;
+}
+
 Texts textsOf(const std::map<std::uint32_t, Facility>& facilities, std::uint32_t identifier,
               const std::string& language)
 {
     const auto facility = facilities.find(identifier >> 16);
     if (facility == facilities.end() || !facility->second.english)
         return {nullptr, nullptr};
-    const auto& translations = facility->second.translations;
-    const auto table = translations.find(language);
-    return {textIn(*facility->second.english, identifier),
-            table == translations.end() ? nullptr : textIn(*table->second, identifier)};
+    const qx_language_table* const table = tableFor(facility->second.translations, language);
+    return {textIn(*facility->second.english, identifier), table ? textIn(*table, identifier) : nullptr};
 }
 
 /// A message that has a translation; empty when it cannot be made.
