@@ -1,4 +1,5 @@
 #include "bench/paths/scene.h"
+#include "bench/support/peers.h"
 
 #include <stdlib.h>
 
@@ -11,6 +12,7 @@ int main(int argc, char** argv)
     zorvel::bench::registerCompare();
     zorvel::bench::registerFind();
     zorvel::bench::registerScan();
+    benchmark::AddCustomContext("paths", zorvel::bench::versionsOfLibraries());
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv))
         return 2;

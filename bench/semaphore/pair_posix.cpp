@@ -1,4 +1,5 @@
 #include "bench/semaphore/semaphores_posix.h"
+#include "bench/support/peers.h"
 
 #include <benchmark/benchmark.h>
 
@@ -46,6 +47,7 @@ BENCHMARK(boostInterprocess)->Name("semaphore-pair/boost-named");
 
 int main(int argc, char** argv)
 {
+    benchmark::AddCustomContext("semaphore", zorvel::bench::versionsOfLibraries());
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv))
         return 2;

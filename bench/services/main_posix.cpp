@@ -1,6 +1,8 @@
 #include "bench/services/own_directory_posix.h"
+#include "bench/support/peers.h"
 
 #include <benchmark/benchmark.h>
+#include <fmt/core.h>
 
 #include <stdlib.h>
 
@@ -10,6 +12,7 @@ int main(int argc, char** argv)
     const zorvel::bench::OwnDirectory directory;
     setenv("TEMP", directory.path().c_str(), 1);
     setenv("TMPDIR", directory.path().c_str(), 1);
+    benchmark::AddCustomContext("services", zorvel::bench::versionsOfLibraries() + ", fmt " + std::to_string(FMT_VERSION));
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv))
         return 2;

@@ -1,3 +1,4 @@
+#include "bench/support/peers.h"
 #include "bench/timers/asio_loop.h"
 
 #include <zorvel/timer.h>
@@ -72,4 +73,12 @@ BENCHMARK(asio)->Name("timer-start-cancel/asio")->UseRealTime();
 BENCHMARK(asioWaited)->Name("timer-start-cancel/asio-waited")->UseRealTime();
 BENCHMARK(thread)->Name("timer-start-cancel/thread")->UseRealTime();
 
-BENCHMARK_MAIN();
+int main(int argc, char** argv)
+{
+    benchmark::AddCustomContext("timers", zorvel::bench::versionsOfLibraries());
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+        return 2;
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}
