@@ -5,7 +5,6 @@
 #include <cstring>
 #include <cwchar>
 
-#include <ctype.h>
 #include <langinfo.h>
 
 namespace zorvel {
@@ -128,10 +127,11 @@ bool lowersAsciiAsUsual()
     return static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(nl_langinfo(_NL_CTYPE_NONASCII_CASE))) == 0;
 }
 
-/// By the table that tolower() reads.
+/// By the table of the current locale, as tolower() does. (What isalpha() and its like read is a table of the thread's own,
+/// which another thread's setlocale() does not change.) It begins with the values of negative numbers.
 LoweredPair lowered(unsigned char first, unsigned char second)
 {
-    const std::int32_t* const table = *__ctype_tolower_loc();
+    const std::int32_t* const table = reinterpret_cast<const std::int32_t*>(nl_langinfo(_NL_CTYPE_TOLOWER)) + 128;
     return {table[first], table[second]};
 }
 
