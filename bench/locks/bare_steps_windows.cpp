@@ -1,4 +1,5 @@
-// The least that a lock by a file needs, by bare calls: one exclusive creation and one removal, and the prescribed pause.
+// The least that a lock by a file needs, by bare calls: one exclusive creation and one removal, and the prescribed
+// pause.
 //
 //   locks_bare pauses|create-remove DIR cycles COUNT
 
@@ -23,8 +24,8 @@ void require(bool isDone)
 
 void createNew(const std::string& path)
 {
-    const HANDLE file = CreateFileA(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, CREATE_NEW,
-                                    FILE_ATTRIBUTE_NORMAL, nullptr);
+    const HANDLE file = CreateFileA(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                                    CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
     require(file != INVALID_HANDLE_VALUE);
     require(CloseHandle(file));
 }

@@ -56,6 +56,6 @@ def _add_curves(results, axis, x, contestant, figures):
     if figures.overlaps:
         raise RuntimeError(f"{contestant.name}: {figures.overlaps} times two held the lock")
     add("rate", "1/s", figures.rate)
-    add("fairness", "fewest/most", figures.fairness)
+    add("longest-wait", "ms", figures.longest_wait)
     if figures.handovers:
         add("handover", "ms", contest.median(figures.handovers))

@@ -24,7 +24,8 @@ class Contestant:
 
 
 def version(package):
-    answer = subprocess.run(["dpkg-query", "-W", "-f=${Version}", package], capture_output=True, text=True, check=False)
+    command = ["dpkg-query", "-W", "-f=${Version}", package]
+    answer = subprocess.run(command, capture_output=True, text=True, check=False)
     return f"{package} {answer.stdout or '(not installed)'}"
 
 
@@ -36,7 +37,8 @@ def zorvel(kind="exclusive", latency_msec=0):
 
 def bare(kind, name="bare-steps"):
     """The floor: what is prescribed, by bare system calls."""
-    settings = {"pauses": "nanosleep of 5 ms"}.get(kind, f"the prescribed pauses and file operations, {kind}; no refresh")
+    steps = f"the prescribed pauses and file operations, {kind}; no refresh"
+    settings = "nanosleep of 5 ms" if kind == "pauses" else steps
     return Contestant(name, settings, lambda place: [str(PROGRAMS / "locks_bare"), kind, str(place)])
 
 
@@ -61,7 +63,8 @@ def proper_lockfile(name, retries, how):
 
 def proper_lockfiles():
     return [
-        proper_lockfile("proper-lockfile", '{"forever":true}', "retries: {forever: true}, else defaults (1 s, doubled)"),
+        proper_lockfile("proper-lockfile", '{"forever":true}',
+                        "retries: {forever: true}, else defaults (1 s, doubled)"),
         proper_lockfile("proper-lockfile-5ms", '{"forever":true,"minTimeout":5,"maxTimeout":5,"factor":1}',
                         "retries: forever, every 5 ms"),
     ]

@@ -32,11 +32,12 @@ def measure(results, rounds, count):
     pauses = _bare("pauses", "pauses", "Sleep(5)")
     floor = _bare("create-remove", "create-remove", "Sleep(5), CreateFile(CREATE_NEW), CloseHandle, DeleteFile")
     for _ in range(rounds):
-        samples = {one.name: statistics.median(cycle_times(one, count)) for one in (pauses, floor)}
+        pause, least = (statistics.median(cycle_times(one, count)) for one in (pauses, floor))
         for kind in KINDS:
             ours = _zorvel(kind)
             sample = statistics.median(cycle_times(ours, count))
-            for name, time, settings in ((ours.name, sample, ours.settings), (floor.name, samples[floor.name], floor.settings)):
-                results.add(f"wine-lock-{kind}-above-pauses", name, "us", [time - PAUSE_USEC], settings)
-            results.add(f"wine-lock-{kind}", ours.name, "us", [sample], ours.settings)
-            results.add(f"wine-lock-{kind}", pauses.name, "us", [samples[pauses.name]], pauses.settings)
+            whole, above = f"wine-lock-{kind}", f"wine-lock-{kind}-above-pauses"
+            results.add(whole, ours.name, "us", [sample], ours.settings)
+            results.add(whole, pauses.name, "us", [pause], pauses.settings)
+            results.add(above, ours.name, "us", [sample - PAUSE_USEC], ours.settings)
+            results.add(above, floor.name, "us", [least - PAUSE_USEC], floor.settings)

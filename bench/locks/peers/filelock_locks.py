@@ -1,4 +1,4 @@
-#!/usr/bin/python3
+#!/usr/bin/python3 -B
 """filelock: hard by the system's lock on a file, soft by a file that is created exclusively.
 
 filelock_locks.py hard|soft POLL_SECONDS|default DIR cycles COUNT

@@ -1,4 +1,4 @@
-#!/usr/bin/python3
+#!/usr/bin/python3 -B
 """flufl.lock: by a hard link to a file of one's own.
 
 flufl_locks.py DIR cycles COUNT
