@@ -3,6 +3,7 @@
 //
 //   locks_bare pauses|exclusive|read|write DIR cycles COUNT
 //   locks_bare exclusive DIR contend LOG HOLD_MS
+//   locks_bare thread DIR cycles COUNT    start and end of a thread that waits, each after a pause
 
 #include "bench/locks/contender.h"
 
@@ -12,9 +13,13 @@
 #include <time.h>
 #include <unistd.h>
 
+#include <condition_variable>
 #include <cstdint>
 #include <iostream>
+#include <memory>
+#include <mutex>
 #include <stdexcept>
+#include <thread>
 
 namespace {
 
@@ -124,6 +129,45 @@ private:
     const std::string m_reader;
 };
 
+/// A thread that waits until it is told to end.
+class WaitingThread
+{
+public:
+    WaitingThread() : m_thread([this] { wait(); }) {}
+
+    ~WaitingThread()
+    {
+        {
+            const std::lock_guard<std::mutex> guard(m_mutex);
+            m_ended = true;
+        }
+        m_end.notify_one();
+        m_thread.join();
+    }
+
+private:
+    void wait()
+    {
+        std::unique_lock<std::mutex> guard(m_mutex);
+        m_end.wait(guard, [this] { return m_ended; });
+    }
+
+    std::mutex m_mutex;
+    std::condition_variable m_end;
+    bool m_ended = false;
+    std::thread m_thread;
+};
+
+Lock waitingThread()
+{
+    const auto thread = std::make_shared<std::unique_ptr<WaitingThread>>();
+    const auto start = [=] {
+        thread->reset(new WaitingThread);
+        return true;
+    };
+    return Lock{start, [=] { thread->reset(); }, &ownProcessorTime, &Steps::pause};
+}
+
 /// A step that failed would make the floor too low.
 void require(bool isDone)
 {
@@ -146,6 +190,8 @@ Lock makeLock(const std::string& kind, const std::string& directory)
         return lockOf([=] { return steps.enterAsReader(); }, [=] { return steps.leaveAsReader(); });
     if (kind == "write")
         return lockOf([=] { return steps.enterAsWriter(); }, [=] { return steps.leaveAsWriter(); });
+    if (kind == "thread")
+        return waitingThread();
     return lockOf([] { Steps::pause(); return true; }, [] { return true; });
 }
 

@@ -63,6 +63,8 @@ int printCycles(const Lock& lock, int count)
 {
     std::vector<long long> durations;
     for (int i = 0; i < count; ++i) {
+        if (lock.betweenCycles)
+            lock.betweenCycles();
         const long long begin = nowNsec();
         acquireAtLast(lock);
         lock.release();

@@ -16,6 +16,8 @@ struct Lock
     std::function<void()> release;
     /// Seconds of processor time that this process has used, those of programs that it has run included.
     std::function<double()> processorTime;
+    /// Where it is set: what lies between two cycles and is not measured.
+    std::function<void()> betweenCycles = nullptr;
 };
 
 /// The processor time of this process alone.

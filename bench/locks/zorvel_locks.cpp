@@ -2,10 +2,12 @@
 //
 //   locks_zorvel exclusive|read|write LATENCY_MS DIR cycles COUNT
 //   locks_zorvel exclusive|read|write LATENCY_MS DIR contend LOG HOLD_MS
+//   locks_zorvel refresh-thread LATENCY_MS DIR cycles COUNT    the timer of a lock alone: start and cancel
 //   locks_zorvel held DIR COUNT
 //   locks_zorvel threads COUNT
 
 #include <zorvel/dirlock.h>
+#include <zorvel/timer.h>
 
 #include "bench/locks/contender.h"
 #include "bench/locks/delaying_fs.h"
@@ -18,6 +20,7 @@
 #include <exception>
 #include <iostream>
 #include <memory>
+#include <thread>
 
 namespace {
 
@@ -39,8 +42,22 @@ Lock lockOf(const std::shared_ptr<Held>& held)
     return Lock{[=] { return held->acquire(false); }, [=] { held->release(); }, &ownProcessorTime};
 }
 
+/// As a lock alone has it: each start comes after a pause of the poll interval.
+Lock refreshThread()
+{
+    const auto timer = std::make_shared<boost::shared_ptr<zvTimerTask>>();
+    const auto start = [=] {
+        *timer = zvSetTimer([] {}, boost::posix_time::seconds(1), true);
+        return true;
+    };
+    const auto pause = [] { std::this_thread::sleep_for(std::chrono::milliseconds(5)); };
+    return Lock{start, [=] { (*timer)->cancel(); }, &ownProcessorTime, pause};
+}
+
 Lock makeLock(const std::string& kind, const std::string& directory, const boost::shared_ptr<zvAbstractFS>& fs)
 {
+    if (kind == "refresh-thread")
+        return refreshThread();
     const zvDirectoryReadWriteLock both(directory, fs);
     if (kind == "read")
         return lockOf(std::make_shared<zvDirectoryReadWriteLock::ReadLock>(both.getReadLock()));

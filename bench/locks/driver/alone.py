@@ -33,6 +33,9 @@ def measure_times(results, rounds, count):
             sample = statistics.median(cycle_times(peer, count))
             for kind in KINDS:
                 results.add(f"lock-{kind}-above-pauses", peer.name, "us", [sample], peer.settings)
+        for contestant in contestants.refresh_threads():
+            sample = statistics.median(cycle_times(contestant, count))
+            results.add("lock-refresh-thread", contestant.name, "us", [sample], contestant.settings)
 
 
 def _measure_ours(results, kind, count, pauses):

@@ -42,6 +42,13 @@ def bare(kind, name="bare-steps"):
     return Contestant(name, settings, lambda place: [str(PROGRAMS / "locks_bare"), kind, str(place)])
 
 
+def refresh_threads():
+    """What a lock that is refreshed starts and ends, ours and the least that it can be."""
+    bare_thread = Contestant("bare-thread", "std::thread that waits for a condition; start and end",
+                             lambda place: [str(PROGRAMS / "locks_bare"), "thread", str(place)])
+    return [zorvel("refresh-thread"), bare_thread]
+
+
 def filelock(kind, poll="default"):
     name = {"hard": "filelock", "soft": "softfilelock"}[kind] + ("" if poll == "default" else "-5ms")
     what = {"hard": "FileLock", "soft": "SoftFileLock"}[kind]
