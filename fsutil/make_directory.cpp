@@ -4,9 +4,23 @@
 #include "platform/files.h"
 #include "platform/path_rules.h"
 
+#include <cstring>
 #include <string>
 
 namespace {
+
+bool isSeparator(char byte)
+{
+    return byte == '\\' || byte == '/';
+}
+
+/// What the end of a name, or of a path, must not be for the path to mean the
+/// same as a whole and step by step: some systems drop blanks and dots there,
+/// the normaliser blanks, and ".." leads back.
+bool isPlainEnd(unsigned char byte)
+{
+    return byte > ' ' && byte != '.';
+}
 
 /// The components of a normalised path from the first to the last.
 class Components
@@ -29,22 +43,22 @@ public:
     }
 
 private:
-    bool isSeparator(std::size_t index) const { return index < m_path.size() && zvIsPathSep(m_path[index]); }
+    bool isSeparatorAt(std::size_t index) const { return index < m_path.size() && zvIsPathSep(m_path[index]); }
 
     /// A drive with its separator, "\\server", one separator, or a name.
     std::size_t endOfFirst() const
     {
         const std::size_t drive = zorvel::platform::drivePrefixLength(m_path.c_str());
         if (drive)
-            return isSeparator(drive) ? drive + 1 : drive;
+            return isSeparatorAt(drive) ? drive + 1 : drive;
         if (isNetworkPath())
             return endOfName(2);
-        return isSeparator(0) ? 1 : endOfName(0);
+        return isSeparatorAt(0) ? 1 : endOfName(0);
     }
 
     std::size_t endOfName(std::size_t index) const
     {
-        while (index < m_path.size() && !isSeparator(index)) {
+        while (index < m_path.size() && !isSeparatorAt(index)) {
             const bool isPair = zvIsMultiByteLead(static_cast<unsigned char>(m_path[index]));
             index += isPair && index + 1 < m_path.size() ? 2 : 1;
         }
@@ -53,7 +67,7 @@ private:
 
     void skipSeparators()
     {
-        while (isSeparator(m_next))
+        while (isSeparatorAt(m_next))
             ++m_next;
     }
 
@@ -68,28 +82,52 @@ class Prefix
 public:
     void join(const std::string& component)
     {
-        if (!m_path.empty() && !endsInSeparator())
+        if (!m_path.empty() && !m_endsInSeparator)
             m_path += '\\';
         m_path += component;
+        const char* const last = component.data() + component.size() - 1;
+        m_endsInSeparator = zvFindLastSep(component.data(), last) == last;
     }
 
     const char* c_str() const { return m_path.c_str(); }
 
 private:
-    bool endsInSeparator() const
-    {
-        const char* const last = m_path.data() + m_path.size() - 1;
-        return zvFindLastSep(m_path.data(), last) == last;
-    }
-
     std::string m_path;
+    bool m_endsInSeparator = false;
 };
 
 /// One look, one attempt: a directory that somebody else makes in between is
-/// a failure.
-bool ensureDirectory(const char* path)
+/// a failure. What is in a directory that was just made needs no look.
+class Creation
 {
-    return zvIsDirectory(path) || zorvel::platform::makeDirectory(path) == 0;
+public:
+    bool ensure(const char* path)
+    {
+        const bool isNew = m_isBelowNew && isPlainEnd(static_cast<unsigned char>(path[std::strlen(path) - 1]));
+        const bool isThere = !isNew && zvIsDirectory(path);
+        m_isBelowNew = !isThere && zorvel::platform::makeDirectory(path) == 0;
+        return isThere || m_isBelowNew;
+    }
+
+private:
+    bool m_isBelowNew = false;
+};
+
+/// Whether a text is its own normalised form but for separators, and names the
+/// same directory as a whole as its components do one after another: then one
+/// look at it answers for all of them.
+bool isPlain(const char* path)
+{
+    const bool isNetworkPath = isSeparator(path[0]) && isSeparator(path[1]);
+    const std::size_t drive = zorvel::platform::drivePrefixLength(path);
+    if (static_cast<unsigned char>(*path) <= ' ' || isNetworkPath || (drive && !isSeparator(path[drive])))
+        return false;
+    unsigned char last = '/';
+    for (; *path; last = static_cast<unsigned char>(*path++)) {
+        if (static_cast<unsigned char>(*path) >= 0x80 || (isSeparator(*path) && !isPlainEnd(last)))
+            return false;
+    }
+    return isPlainEnd(last);
 }
 
 }  // namespace
@@ -98,14 +136,17 @@ bool zvMkdirP(const char* path)
 {
     if (!path)
         return false;
+    if (isPlain(path) && zvIsDirectory(path))
+        return true;
     const zvPathString normalized(path);
     Components components(normalized);
     Prefix prefix;
+    Creation creation;
     std::string component;
     // Server and share of a network path cannot be created.
     for (int toSkip = components.isNetworkPath() ? 2 : 0; components.next(component); --toSkip) {
         prefix.join(component);
-        if (toSkip <= 0 && !ensureDirectory(prefix.c_str()))
+        if (toSkip <= 0 && !creation.ensure(prefix.c_str()))
             return false;
     }
     return true;

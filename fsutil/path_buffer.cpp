@@ -23,6 +23,16 @@ bool PathBuffer::append(const char* name)
     return true;
 }
 
+bool PathBuffer::replaceFrom(std::size_t index, const char* name, std::size_t length)
+{
+    if (length >= sizeof m_text - index)
+        return false;
+    std::memcpy(m_text + index, name, length);
+    m_length = index + length;
+    m_text[m_length] = '\0';
+    return true;
+}
+
 void PathBuffer::cut(std::size_t length)
 {
     m_length = length;

@@ -14,6 +14,7 @@ namespace fsutil {
 namespace {
 
 using platform::EntryKind;
+using platform::ListedEntry;
 using platform::RemovalDirectory;
 
 /// How many levels keep their directory open at once.
@@ -24,13 +25,11 @@ bool isGone(int code)
     return code == 0 || code == ENOENT;
 }
 
-/// Removes one entry by an operation that gives a code. What protects it is
-/// taken off only when it is in the way, and put back when it stays.
+/// Removes one entry by an operation that gives a code and failed. What
+/// protects it is taken off, and put back when it stays.
 template <class Operation>
-bool removeProtected(const RemovalDirectory& parent, const char* name, Operation operation)
+bool removeWithoutProtection(const RemovalDirectory& parent, const char* name, Operation operation)
 {
-    if (isGone(operation()))
-        return true;
     if (parent.allowRemovalOf(name)) {
         if (isGone(operation()))
             return true;
@@ -40,14 +39,20 @@ bool removeProtected(const RemovalDirectory& parent, const char* name, Operation
     return parent.kind(name) == EntryKind::none;
 }
 
+bool removeProtectedFile(const RemovalDirectory& parent, const char* name)
+{
+    return removeWithoutProtection(parent, name, [&] { return parent.removeFile(name); });
+}
+
 bool removeFile(const RemovalDirectory& parent, const char* name)
 {
-    return removeProtected(parent, name, [&] { return parent.removeFile(name); });
+    return isGone(parent.removeFile(name)) || removeProtectedFile(parent, name);
 }
 
 bool removeDirectory(const RemovalDirectory& parent, const char* name, RemovalDirectory* child)
 {
-    return removeProtected(parent, name, [&] { return parent.removeDirectory(name, child); });
+    const auto remove = [&] { return parent.removeDirectory(name, child); };
+    return isGone(remove()) || removeWithoutProtection(parent, name, remove);
 }
 
 /// Removes one entry and all below it, without recursion: a tree may be deeper
@@ -59,9 +64,9 @@ public:
 
     /// Whether the entry is gone. What stays below it shows in the directory
     /// above, which cannot be removed then.
-    bool run(const std::string& name)
+    bool run(const ListedEntry& entry)
     {
-        remove(name);
+        remove(entry);
         while (!m_levels.empty()) {
             if (m_levels.back().pending.empty())
                 leave();
@@ -73,44 +78,70 @@ public:
 
 private:
     /// A directory that is being emptied: its name in the level above and the
-    /// names in it that are still to be removed.
+    /// entries in it that are still to be removed.
     struct Level
     {
         std::string name;
         RemovalDirectory directory;
-        std::vector<std::string> pending;
+        std::vector<ListedEntry> pending;
     };
 
     const RemovalDirectory& current() const { return m_levels.empty() ? m_top : m_levels.back().directory; }
 
     void removeNext()
     {
-        const std::string name = std::move(m_levels.back().pending.back());
+        const ListedEntry entry = std::move(m_levels.back().pending.back());
         m_levels.back().pending.pop_back();
-        remove(name);
+        remove(entry);
     }
 
     /// The result of the last entry handled is in the end that of the first.
-    void remove(const std::string& name)
+    void remove(const ListedEntry& entry)
+    {
+        if (!removeAsListed(entry))
+            removeAsFound(entry.name);
+    }
+
+    /// Does what is to be done if an entry still is what it was listed as.
+    /// False, and nothing done, when it is not, or was not listed as anything.
+    bool removeAsListed(const ListedEntry& entry)
+    {
+        if (entry.kind == EntryKind::directory)
+            return enter(entry.name);
+        return entry.kind == EntryKind::file && removeListedFile(entry.name.c_str());
+    }
+
+    /// No removal of a file removes anything else, so the look comes after it,
+    /// and only when it failed.
+    bool removeListedFile(const char* name)
+    {
+        m_isRemoved = isGone(current().removeFile(name));
+        if (m_isRemoved)
+            return true;
+        const EntryKind kind = current().kind(name);
+        m_isRemoved = kind == EntryKind::none || (kind == EntryKind::file && removeProtectedFile(current(), name));
+        return m_isRemoved || kind == EntryKind::file;
+    }
+
+    void removeAsFound(const std::string& name)
     {
         const EntryKind kind = current().kind(name.c_str());
-        if (kind == EntryKind::directory)
-            enter(name);
-        else if (kind == EntryKind::directoryLink)
+        if (kind == EntryKind::directory) {
+            // One that cannot be opened may be empty, and one that was swapped for a link meanwhile is none to remove.
+            if (!enter(name))
+                m_isRemoved = removeDirectory(current(), name.c_str(), nullptr);
+        } else if (kind == EntryKind::directoryLink)
             m_isRemoved = removeDirectory(current(), name.c_str(), nullptr);
         else
             m_isRemoved = kind == EntryKind::none || removeFile(current(), name.c_str());
     }
 
-    /// A directory that cannot be opened may be empty, and one that was swapped
-    /// for a link meanwhile is not a directory to remove.
-    void enter(const std::string& name)
+    /// Begins to empty a directory. False when it cannot be opened as one.
+    bool enter(const std::string& name)
     {
         Level level;
-        if (level.directory.openChild(current(), name.c_str()) != 0) {
-            m_isRemoved = removeDirectory(current(), name.c_str(), nullptr);
-            return;
-        }
+        if (level.directory.openChild(current(), name.c_str()) != 0)
+            return false;
         level.name = name;
         // What could not be listed shows in the end in the directory, which cannot be removed then.
         level.directory.list(level.pending);
@@ -119,6 +150,7 @@ private:
         m_levels.push_back(std::move(level));
         if (m_levels.size() > openLevels)
             letGo(m_levels[m_levels.size() - 1 - openLevels].directory);
+        return true;
     }
 
     /// Nothing is removed in a level that is let go, and it may be for good:
@@ -176,10 +208,10 @@ bool removeMatches(const WalkPattern& pattern)
     const int code = top.open(pattern.directory);
     if (code != 0)
         return isCertain(code);
-    std::vector<std::string> names;
-    bool isAllRemoved = isCertain(top.match(pattern.component, names));
-    for (const std::string& name : names)
-        isAllRemoved = SubtreeRemoval(top).run(name) && isAllRemoved;
+    std::vector<ListedEntry> entries;
+    bool isAllRemoved = isCertain(top.match(pattern.component, entries));
+    for (const ListedEntry& entry : entries)
+        isAllRemoved = SubtreeRemoval(top).run(entry) && isAllRemoved;
     return isAllRemoved;
 }
 

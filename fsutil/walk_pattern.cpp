@@ -43,7 +43,7 @@ bool splitPastSeparator(WalkPattern& result)
 
 bool isSpecialName(const char* name)
 {
-    return std::strcmp(name, ".") == 0 || std::strcmp(name, "..") == 0;
+    return name[0] == '.' && (name[1] == '\0' || (name[1] == '.' && name[2] == '\0'));
 }
 
 bool isCurrentDirectoryForm(const char* path)

@@ -9,6 +9,13 @@
 namespace zorvel {
 namespace platform {
 
+/// An entry as a directory's listing gives it.
+struct ListedEntry
+{
+    std::string name;
+    EntryKind kind;  ///< what the listing says of it; none where it does not say
+};
+
 /// The entries that a pattern matches, one after another, in the system's
 /// order. Wild cards stand in the last component only. On Windows the system
 /// matches, but only '*' and '?' are wild cards: a component with '<', '>', '"'
@@ -29,8 +36,28 @@ public:
     /// listed. ENOENT and ENOTDIR say that there is nothing.
     int open(const char* pattern);
 
+    /// Starts on all entries of a directory: 0, or the runtime's errno value
+    /// when it is none itself (a link to one is refused) or cannot be listed.
+    /// Linux lists this directory, whatever has its name later. Windows lists
+    /// what has the name when next() is called first, and holds nothing till
+    /// then.
+    int openDirectory(const char* path);
+
     /// The next entry's name, valid until the next call; null at the end.
     const char* next();
+
+    /// Lets go of what is open; next() gives nothing any more.
+    void close();
+
+    /// What the listing says of that entry, without asking for it: what it was
+    /// when the system listed it, and never a link. none where the listing does
+    /// not say.
+    EntryKind listedKind() const;
+
+    /// The size of that entry as fileStatus() gives it: 0, or the runtime's
+    /// errno value. Windows: for what is listed as a file, and as the listing
+    /// says; that of others must be asked for by path (ENOSYS).
+    int size(std::int32_t& bytes) const;
 
     /// At the end: 0, or the code with which the system broke off.
     int code() const;
@@ -73,15 +100,16 @@ public:
     /// of more than 2561 bytes.
     int openChild(const RemovalDirectory& parent, const char* name);
 
-    /// Appends the names of all entries but "." and "..". On failure some may
-    /// be missing: EACCES where listing is not allowed, EILSEQ where Windows
-    /// holds names that the code page lacks characters for.
-    int list(std::vector<std::string>& names) const;
+    /// Appends all entries but "." and "..", with what the listing takes kind()
+    /// to be. On failure some may be missing: EACCES where listing is not
+    /// allowed, EILSEQ where Windows holds names that the code page lacks
+    /// characters for.
+    int list(std::vector<ListedEntry>& entries) const;
 
     /// The same for the entries that a pattern matches, as DirectorySearch
     /// matches them. ENOENT where that shows that there are none; without wild
     /// cards the code with which the system refuses to look at the one name.
-    int match(const char* component, std::vector<std::string>& names) const;
+    int match(const char* component, std::vector<ListedEntry>& entries) const;
 
     /// What an entry is: none only when it is not there, directory only when it
     /// is one itself. On Linux every link is a file, because it goes like one.

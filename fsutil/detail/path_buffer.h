@@ -22,6 +22,10 @@ public:
     /// nothing changed, when it does not fit.
     bool append(const char* name);
 
+    /// Puts another name in the place of all behind an index. False, and nothing
+    /// changed, when it does not fit. The name has no separators.
+    bool replaceFrom(std::size_t index, const char* name, std::size_t length);
+
     std::size_t length() const { return m_length; }
 
     /// Takes off what was appended since length() was asked.

@@ -1,11 +1,14 @@
 #include "platform/directory.h"
 
+#include "platform/posix/entry_reader.h"
 #include "platform/posix/native_path.h"
 #include "platform/posix/wildcard.h"
 
 #include <dirent.h>
 #include <errno.h>
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <string>
 
@@ -14,58 +17,89 @@ namespace platform {
 
 using posix::NativePath;
 
+namespace {
+
+/// Some file systems list no types at all.
+EntryKind kindOfType(unsigned char type)
+{
+    if (type == DT_UNKNOWN || type == DT_LNK)
+        return EntryKind::none;
+    return type == DT_DIR ? EntryKind::directory : EntryKind::file;
+}
+
+const int listing = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
+const int oneName = 0;
+
+int codeOf(int result)
+{
+    return result == -1 ? errno : 0;
+}
+
+}  // namespace
+
 /// Either a listing that is matched name by name, or, without wild cards, the
-/// one name that was found to exist.
+/// one name that was found to exist: then nothing is open.
 struct DirectorySearch::State
 {
-    State(const std::string& directory, const std::string& pattern)
-        : component(pattern), stream(nullptr), single(false), code(0)
+    /// flags: how the directory is opened to be listed, or oneName.
+    State(const std::string& directory, const std::string& pattern, int flags)
+        : path(directory),
+          component(pattern),
+          names(component.c_str()),
+          descriptor(flags ? ::open(path.c_str(), flags) : -1),
+          reader(descriptor),
+          name(nullptr),
+          type(DT_UNKNOWN),
+          single(false),
+          code(flags ? codeOf(descriptor) : find())
     {
-        const bool isListed = posix::hasWildcards(pattern.c_str());
-        const std::string path = isListed ? directory : directory + component;
-        if (isListed)
-            stream = opendir(path.c_str());
-        else
-            single = exists(path);
-        if (!stream && !single)
-            code = errno;
     }
 
     ~State()
     {
-        if (stream)
-            closedir(stream);
+        if (descriptor != -1)
+            ::close(descriptor);
     }
 
     State(const State&) = delete;
     State& operator=(const State&) = delete;
 
-    static bool exists(const std::string& path)
+    int find()
     {
         struct stat status;
-        return lstat(path.c_str(), &status) == 0;
+        path += component;
+        if (lstat(path.c_str(), &status) != 0)
+            return errno;
+        type = IFTODT(status.st_mode);
+        single = true;
+        return 0;
     }
 
     const char* nextMatch()
     {
-        while (const dirent* entry = nextEntry()) {
-            if (posix::matchesWildcards(component.c_str(), entry->d_name) && posix::isReachable(entry->d_name))
+        while (const dirent64* const entry = reader.next()) {
+            type = entry->d_type;
+            if (names.matches(entry->d_name) && posix::isReachable(entry->d_name))
                 return entry->d_name;
         }
+        code = reader.code();
         return nullptr;
     }
 
-    const dirent* nextEntry()
+    const char* nextOfOne()
     {
-        errno = 0;
-        const dirent* const entry = readdir(stream);
-        if (!entry)
-            code = errno;
-        return entry;
+        const bool isFirst = single;
+        single = false;
+        return isFirst ? component.c_str() : nullptr;
     }
 
+    std::string path;
     const std::string component;
-    DIR* stream;
+    const posix::NamePattern names;
+    const int descriptor;
+    posix::EntryReader reader;
+    const char* name;
+    unsigned char type;
     bool single;
     int code;
 };
@@ -82,7 +116,15 @@ int DirectorySearch::open(const char* pattern)
     const std::string::size_type begin = separator == std::string::npos ? 0 : separator + 1;
     if (begin == path.size())
         return ENOENT;
-    m_state.reset(new State(begin ? path.substr(0, begin) : "./", path.substr(begin)));
+    const int flags = posix::hasWildcards(path.c_str() + begin) ? listing : oneName;
+    m_state.reset(new State(begin ? path.substr(0, begin) : "./", path.substr(begin), flags));
+    return m_state->code;
+}
+
+int DirectorySearch::openDirectory(const char* path)
+{
+    const NativePath native(path);
+    m_state.reset(new State(native.c_str() ? native.c_str() : "", "*", listing | O_NOFOLLOW));
     return m_state->code;
 }
 
@@ -90,11 +132,31 @@ const char* DirectorySearch::next()
 {
     if (!m_state)
         return nullptr;
-    if (m_state->stream)
-        return m_state->nextMatch();
-    const bool isFirst = m_state->single;
-    m_state->single = false;
-    return isFirst ? m_state->component.c_str() : nullptr;
+    m_state->name = m_state->descriptor != -1 ? m_state->nextMatch() : m_state->nextOfOne();
+    return m_state->name;
+}
+
+void DirectorySearch::close()
+{
+    m_state.reset();
+}
+
+EntryKind DirectorySearch::listedKind() const
+{
+    return m_state ? kindOfType(m_state->type) : EntryKind::none;
+}
+
+int DirectorySearch::size(std::int32_t& bytes) const
+{
+    struct stat status;
+    if (!m_state || !m_state->name)
+        return ENOENT;
+    const bool isListing = m_state->descriptor != -1;
+    const char* const name = isListing ? m_state->name : m_state->path.c_str();
+    if (fstatat(isListing ? m_state->descriptor : AT_FDCWD, name, &status, 0) != 0)
+        return errno;
+    bytes = S_ISDIR(status.st_mode) ? 0 : static_cast<std::int32_t>(static_cast<std::uint32_t>(status.st_size));
+    return 0;
 }
 
 int DirectorySearch::code() const

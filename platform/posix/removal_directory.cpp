@@ -1,5 +1,6 @@
 #include "platform/directory.h"
 
+#include "platform/posix/entry_reader.h"
 #include "platform/posix/native_path.h"
 #include "platform/posix/wildcard.h"
 
@@ -21,39 +22,29 @@ int codeOf(int result)
     return result == 0 ? 0 : errno;
 }
 
-typedef std::unique_ptr<DIR, int (*)(DIR*)> Stream;
-
-/// A stream on an open directory, with a descriptor of its own because it
-/// closes it. Null with errno set on failure.
-Stream streamOf(int descriptor)
+EntryKind kindOf(mode_t mode)
 {
-    const int copy = fcntl(descriptor, F_DUPFD_CLOEXEC, 0);
-    DIR* const stream = copy != -1 ? fdopendir(copy) : nullptr;
-    if (stream)
-        rewinddir(stream);
-    else if (copy != -1) {
-        const int code = errno;
-        close(copy);
-        errno = code;
-    }
-    return Stream(stream, &closedir);
+    return S_ISDIR(mode) ? EntryKind::directory : EntryKind::file;
 }
 
-/// Appends the names of an open directory.
-int readNames(int descriptor, std::vector<std::string>& names)
+/// Some file systems list no types at all.
+EntryKind kindOfType(unsigned char type)
 {
-    const Stream stream = streamOf(descriptor);
-    if (!stream)
+    return type == DT_UNKNOWN ? EntryKind::none : kindOf(DTTOIF(type));
+}
+
+/// Appends the entries of an open directory that `isWanted` takes by name.
+template <class Predicate>
+int readEntries(int descriptor, std::vector<ListedEntry>& entries, Predicate isWanted)
+{
+    if (lseek(descriptor, 0, SEEK_SET) != 0)
         return errno;
-    for (;;) {
-        // The end and a failure differ in errno alone.
-        errno = 0;
-        const dirent* const entry = readdir(stream.get());
-        if (!entry)
-            return errno;
-        if (!posix::isDotName(entry->d_name))
-            names.push_back(entry->d_name);
+    posix::EntryReader reader(descriptor);
+    while (const dirent64* const entry = reader.next()) {
+        if (!posix::isDotName(entry->d_name) && isWanted(entry->d_name))
+            entries.push_back({entry->d_name, kindOfType(entry->d_type)});
     }
+    return reader.code();
 }
 
 }  // namespace
@@ -90,6 +81,18 @@ struct RemovalDirectory::State
         if (descriptor != -1)
             close(descriptor);
         descriptor = -1;
+    }
+
+    /// The entry of one name.
+    int find(const char* name, std::vector<ListedEntry>& entries) const
+    {
+        struct stat found;
+        if (posix::isDotName(name))
+            return ENOENT;
+        if (fstatat(descriptor, name, &found, AT_SYMLINK_NOFOLLOW) != 0)
+            return errno;
+        entries.push_back({name, kindOf(found.st_mode)});
+        return 0;
     }
 
     bool isSame(int other) const
@@ -132,29 +135,23 @@ int RemovalDirectory::openChild(const RemovalDirectory& parent, const char* name
     return m_state->adopt(openat(parent.m_state->descriptor, name, O_RDONLY | O_NOFOLLOW | openFlags));
 }
 
-int RemovalDirectory::list(std::vector<std::string>& names) const
+int RemovalDirectory::list(std::vector<ListedEntry>& entries) const
 {
-    return m_state->isListable ? readNames(m_state->descriptor, names) : EACCES;
+    if (!m_state->isListable)
+        return EACCES;
+    return readEntries(m_state->descriptor, entries, [](const char*) { return true; });
 }
 
-int RemovalDirectory::match(const char* component, std::vector<std::string>& names) const
+int RemovalDirectory::match(const char* component, std::vector<ListedEntry>& entries) const
 {
-    if (!posix::hasWildcards(component)) {
-        struct stat status;
-        if (posix::isDotName(component))
-            return ENOENT;
-        if (fstatat(m_state->descriptor, component, &status, AT_SYMLINK_NOFOLLOW) != 0)
-            return errno;
-        names.push_back(component);
-        return 0;
-    }
-    std::vector<std::string> all;
-    const int code = list(all);
-    for (std::string& name : all) {
-        if (posix::matchesWildcards(component, name.c_str()) && posix::isReachable(name.c_str()))
-            names.push_back(std::move(name));
-    }
-    return code;
+    if (!posix::hasWildcards(component))
+        return m_state->find(component, entries);
+    if (!m_state->isListable)
+        return EACCES;
+    const posix::NamePattern pattern(component);
+    return readEntries(m_state->descriptor, entries, [&pattern](const char* name) {
+        return pattern.matches(name) && posix::isReachable(name);
+    });
 }
 
 EntryKind RemovalDirectory::kind(const char* name) const
@@ -162,7 +159,7 @@ EntryKind RemovalDirectory::kind(const char* name) const
     struct stat status;
     if (fstatat(m_state->descriptor, name, &status, AT_SYMLINK_NOFOLLOW) != 0)
         return errno == ENOENT ? EntryKind::none : EntryKind::file;
-    return S_ISDIR(status.st_mode) ? EntryKind::directory : EntryKind::file;
+    return kindOf(status.st_mode);
 }
 
 int RemovalDirectory::removeFile(const char* name) const

@@ -10,10 +10,12 @@ namespace posix {
 
 namespace {
 
-/// 1 or 2: a lead byte at the very end is a character of its own.
+/// 1 or 2: a lead byte at the very end is a character of its own. No byte of
+/// ASCII is a lead byte.
 std::size_t characterLength(const char* p)
 {
-    return isLeadByte(static_cast<unsigned char>(*p)) && p[1] ? 2 : 1;
+    const unsigned char byte = static_cast<unsigned char>(*p);
+    return byte >= 0x80 && isLeadByte(byte) && p[1] ? 2 : 1;
 }
 
 bool isSameCharacter(const char* left, const char* right)
@@ -29,7 +31,9 @@ bool hasWildcards(const char* component)
     return std::strpbrk(component, "*?") != nullptr;
 }
 
-bool matchesWildcards(const char* component, const char* name)
+namespace {
+
+bool matchesByCharacter(const char* component, const char* name)
 {
     // Where a character does not match, the last '*' takes one more; an earlier one never needs to be tried again. Wild
     // cards are single bytes that are no second bytes in any codeset; both texts advance by characters.
@@ -55,13 +59,46 @@ bool matchesWildcards(const char* component, const char* name)
     return *component == '\0';
 }
 
+const char* behindLastWildcard(const char* component)
+{
+    const char* tail = component;
+    while (const char* const wildcard = std::strpbrk(tail, "*?"))
+        tail = wildcard + 1;
+    return tail;
+}
+
+}  // namespace
+
+NamePattern::NamePattern(const char* component)
+    : m_component(component), m_tail(behindLastWildcard(component)), m_tailLength(std::strlen(m_tail))
+{
+}
+
+bool NamePattern::matches(const char* name) const
+{
+    if (m_component[0] == '*' && m_component[1] == '\0')
+        return true;
+    // Equal characters are equal bytes: most names are told by their end.
+    const std::size_t length = std::strlen(name);
+    if (length < m_tailLength || std::memcmp(name + length - m_tailLength, m_tail, m_tailLength) != 0)
+        return false;
+    return matchesByCharacter(m_component, name);
+}
+
+bool matchesWildcards(const char* component, const char* name)
+{
+    return NamePattern(component).matches(name);
+}
+
 bool isDotName(const char* name)
 {
-    return std::strcmp(name, ".") == 0 || std::strcmp(name, "..") == 0;
+    return name[0] == '.' && (name[1] == '\0' || (name[1] == '.' && name[2] == '\0'));
 }
 
 bool isReachable(const char* name)
 {
+    if (std::strchr(name, '\\') == nullptr)
+        return true;
     for (; *name; name += characterLength(name)) {
         if (*name == '\\')
             return false;

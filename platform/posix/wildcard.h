@@ -1,11 +1,29 @@
 #pragma once
 
+#include <cstddef>
+
 namespace zorvel {
 namespace platform {
 namespace posix {
 
 /// Whether a pattern component holds '*' or '?'.
 bool hasWildcards(const char* component);
+
+/// A pattern component that many names are held against. The text stays the
+/// caller's and must outlive it.
+class NamePattern
+{
+public:
+    explicit NamePattern(const char* component);
+
+    /// See matchesWildcards().
+    bool matches(const char* name) const;
+
+private:
+    const char* m_component;
+    const char* m_tail;  ///< what stands behind the last wild card
+    std::size_t m_tailLength;
+};
 
 /// Whether a name matches: '*' any characters, '?' one, everything else itself.
 /// With case in every locale; a double-byte character is matched whole, and in

@@ -7,9 +7,11 @@
 namespace zorvel {
 namespace platform {
 
+/// `pending` is what the first next() opens.
 struct DirectorySearch::State
 {
     windows::Listing listing;
+    std::string pending;
 };
 
 DirectorySearch::DirectorySearch() {}
@@ -21,9 +23,44 @@ int DirectorySearch::open(const char* pattern)
     return m_state->listing.open(pattern);
 }
 
+/// A listing that is open keeps the directory from being removed.
+int DirectorySearch::openDirectory(const char* path)
+{
+    m_state.reset();
+    if (entryKind(path) != EntryKind::directory)
+        return ENOTDIR;
+    m_state.reset(new State);
+    m_state->pending = std::string(path) + "\\*";
+    return 0;
+}
+
 const char* DirectorySearch::next()
 {
-    return m_state ? m_state->listing.next() : nullptr;
+    if (!m_state)
+        return nullptr;
+    if (!m_state->pending.empty()) {
+        m_state->listing.open(m_state->pending.c_str());
+        m_state->pending.clear();
+    }
+    return m_state->listing.next();
+}
+
+void DirectorySearch::close()
+{
+    m_state.reset();
+}
+
+EntryKind DirectorySearch::listedKind() const
+{
+    return m_state ? m_state->listing.kind() : EntryKind::none;
+}
+
+int DirectorySearch::size(std::int32_t& bytes) const
+{
+    if (listedKind() != EntryKind::file)
+        return ENOSYS;
+    bytes = static_cast<std::int32_t>(m_state->listing.size());
+    return 0;
 }
 
 int DirectorySearch::code() const

@@ -38,6 +38,20 @@ bool canMatch(const char* pattern)
 
 }  // namespace
 
+bool isLiteral(const char* name)
+{
+    const std::size_t length = strlen(name);
+    return length > 0 && name[length - 1] != ' ' && name[length - 1] != '.';
+}
+
+EntryKind Listing::kind() const
+{
+    const DWORD attributes = m_found.dwFileAttributes;
+    if (attributes & FILE_ATTRIBUTE_REPARSE_POINT || !isLiteral(m_name.c_str()))
+        return EntryKind::none;
+    return attributes & FILE_ATTRIBUTE_DIRECTORY ? EntryKind::directory : EntryKind::file;
+}
+
 Listing::~Listing()
 {
     if (m_search != INVALID_HANDLE_VALUE)

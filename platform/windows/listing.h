@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/files.h"
+
 #include <windows.h>
 
 #include <string>
@@ -7,6 +9,10 @@
 namespace zorvel {
 namespace platform {
 namespace windows {
+
+/// Whether the system takes a listed name as it stands. It drops blanks and
+/// dots at the end, so that a path with such a name means a neighbour.
+bool isLiteral(const char* name);
 
 /// The entries that a pattern matches, with names in the ANSI code page. The
 /// system is asked for its own names, because its conversion would silently
@@ -27,6 +33,13 @@ public:
     /// The next name, valid until the next call; null at the end. Names that
     /// the code page cannot express are passed over.
     const char* next();
+
+    /// What the listing says of that entry. none for a link, and for what a path
+    /// with this name would not mean.
+    EntryKind kind() const;
+
+    /// The low 32 bits of its size, as the listing says.
+    DWORD size() const { return m_found.nFileSizeLow; }
 
     /// At the end: 0, EILSEQ when a name was passed over, or the code with
     /// which the system broke off.

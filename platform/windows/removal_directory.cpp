@@ -15,6 +15,8 @@
 namespace zorvel {
 namespace platform {
 
+using windows::isLiteral;
+
 namespace {
 
 /// The longest path that is handed to the system, without its terminator.
@@ -83,14 +85,6 @@ std::wstring finalPath(const Handle& handle)
             break;
     }
     return path;
-}
-
-/// Whether the system takes a listed name as it stands. It drops blanks and
-/// dots at the end, so that a path with such a name means a neighbour.
-bool isLiteral(const char* name)
-{
-    const std::size_t length = strlen(name);
-    return length > 0 && name[length - 1] != ' ' && name[length - 1] != '.';
 }
 
 /// Whether a directory is open at the other end, and not a link to one.
@@ -205,12 +199,12 @@ int RemovalDirectory::openChild(const RemovalDirectory& parent, const char* name
     return 0;
 }
 
-int RemovalDirectory::list(std::vector<std::string>& names) const
+int RemovalDirectory::list(std::vector<ListedEntry>& entries) const
 {
-    return match("*", names);
+    return match("*", entries);
 }
 
-int RemovalDirectory::match(const char* component, std::vector<std::string>& names) const
+int RemovalDirectory::match(const char* component, std::vector<ListedEntry>& entries) const
 {
     windows::Listing listing;
     const int code = listing.open(m_state->join(component).c_str());
@@ -218,7 +212,7 @@ int RemovalDirectory::match(const char* component, std::vector<std::string>& nam
         return code;
     while (const char* name = listing.next()) {
         if (strcmp(name, ".") != 0 && strcmp(name, "..") != 0)
-            names.push_back(name);
+            entries.push_back({name, listing.kind()});
     }
     return listing.code();
 }

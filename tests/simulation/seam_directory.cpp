@@ -45,11 +45,34 @@ int DirectorySearch::open(const char* pattern)
     return 0;
 }
 
+/// The server has one directory, and nothing in it is another.
+int DirectorySearch::openDirectory(const char*)
+{
+    return ENOTDIR;
+}
+
+void DirectorySearch::close()
+{
+    m_state.reset();
+}
+
 const char* DirectorySearch::next()
 {
     if (!m_state || m_state->next >= m_state->names.size())
         return nullptr;
     return m_state->names[m_state->next++].c_str();
+}
+
+/// Not all file systems say it; where they do not, each entry is asked for by
+/// an operation of its own, and others can come between.
+EntryKind DirectorySearch::listedKind() const
+{
+    return EntryKind::none;
+}
+
+int DirectorySearch::size(std::int32_t&) const
+{
+    return ENOSYS;
 }
 
 int DirectorySearch::code() const

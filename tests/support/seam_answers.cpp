@@ -71,6 +71,8 @@ std::vector<Answers> makeAnswers()
     all[writeFile] = {broken, full, stale, lostReply("EIO-done", EIO)};
     all[flushFile] = {broken, full, lostReply("EIO-done", EIO)};
     all[openSearch] = {missing, refused("ENOTDIR", ENOTDIR), denied, broken, used, stale, noMemory};
+    all[openDirectory] = {missing, refused("ENOTDIR", ENOTDIR), denied, broken, used, stale, noMemory};
+    all[sizeOfFound] = {missing, denied, broken, stale};
     all[nextOfSearch] = {broken, stale};
     all[codeOfSearch] = {broken, stale};
     all[openRemoval] = {missing, refused("ENOTDIR", ENOTDIR), denied, broken, used, stale, noMemory};
@@ -114,7 +116,8 @@ const char* const names[functionCount] = {
     "entryKind",         "fileStatus",       "modificationTime",     "modificationTimeAtServer",
     "changeMode",        "availableSpace",   "makeDirectory",        "removeFile",
     "openFile",          "writeFile",        "flushFile",            "openSearch",
-    "nextOfSearch",      "codeOfSearch",     "openRemoval",          "openChild",
+    "openDirectory",     "nextOfSearch",     "codeOfSearch",         "sizeOfFound",
+    "openRemoval",       "openChild",
     "listEntries",       "matchEntries",     "kindOfEntry",          "removeEntry",
     "removeEmptyDirectory", "allowRemovalOf", "allowRemovalsInside", "restorePermission",
     "resume",            "userLanguage",     "fromCodePage932",      "loadLibrary",

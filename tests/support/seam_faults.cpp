@@ -31,6 +31,7 @@ bool isDue(std::size_t call)
 
 std::size_t (*below)() = nullptr;
 thread_local int depth = 0;
+thread_local int hidden = 0;
 
 /// What is asked for calls of all threads.
 struct Order
@@ -122,6 +123,21 @@ Inside::Inside()
 Inside::~Inside()
 {
     --depth;
+}
+
+HiddenKinds::HiddenKinds()
+{
+    ++hidden;
+}
+
+HiddenKinds::~HiddenKinds()
+{
+    --hidden;
+}
+
+bool areKindsHidden()
+{
+    return hidden != 0;
 }
 
 const Answer* next(Function function)

@@ -38,8 +38,10 @@ enum Function
     writeFile,
     flushFile,
     openSearch,
+    openDirectory,
     nextOfSearch,
     codeOfSearch,
+    sizeOfFound,
     openRemoval,
     openChild,
     listEntries,
@@ -179,6 +181,19 @@ void throwIfAsked(const Answer& answer);
 /// were more of them than `before`.
 std::size_t failuresBelow();
 void noteIfHit(Function function, std::size_t before, long result);
+
+/// While one lives, listings do not say what their entries are, as those of
+/// some file systems do not.
+class HiddenKinds
+{
+public:
+    HiddenKinds();
+    ~HiddenKinds();
+    HiddenKinds(const HiddenKinds&) = delete;
+    HiddenKinds& operator=(const HiddenKinds&) = delete;
+};
+
+bool areKindsHidden();
 
 /// Timers that were set and not cancelled, and a call of each by the calling
 /// thread. An exception ends the timer and is gone.

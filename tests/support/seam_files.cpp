@@ -13,7 +13,15 @@ namespace {
 /// A search that broke off says so until the next one begins.
 thread_local long codeOfBrokenSearch = 0;
 
-typedef std::vector<std::string> Names;
+typedef std::vector<ListedEntry> Entries;
+
+int withKindsHidden(int code, Entries& entries)
+{
+    if (seam::areKindsHidden())
+        for (ListedEntry& entry : entries)
+            entry.kind = EntryKind::none;
+    return code;
+}
 
 }  // namespace
 
@@ -81,6 +89,22 @@ ZORVEL_SEAM(openSearch, int, DirectorySearch* self, const char* pattern)
     return seam::called<int>(seam::openSearch, [&] { return real_openSearch(self, pattern); });
 }
 
+ZORVEL_SEAM(openDirectory, int, DirectorySearch* self, const char* path)
+{
+    codeOfBrokenSearch = 0;
+    return seam::called<int>(seam::openDirectory, [&] { return real_openDirectory(self, path); });
+}
+
+ZORVEL_SEAM(listedKind, EntryKind, const DirectorySearch* self)
+{
+    return seam::areKindsHidden() ? EntryKind::none : real_listedKind(self);
+}
+
+ZORVEL_SEAM(sizeOfFound, int, const DirectorySearch* self, std::int32_t& bytes)
+{
+    return seam::called<int>(seam::sizeOfFound, [&] { return real_sizeOfFound(self, bytes); });
+}
+
 ZORVEL_SEAM(codeOfSearch, int, const DirectorySearch* self)
 {
     return seam::called<int>(seam::codeOfSearch, [&] {
@@ -110,14 +134,17 @@ ZORVEL_SEAM(openChild, int, RemovalDirectory* self, const RemovalDirectory& pare
     return seam::called<int>(seam::openChild, [&] { return real_openChild(self, parent, name); });
 }
 
-ZORVEL_SEAM(listEntries, int, const RemovalDirectory* self, Names& names)
+ZORVEL_SEAM(listEntries, int, const RemovalDirectory* self, Entries& entries)
 {
-    return seam::called<int>(seam::listEntries, [&] { return real_listEntries(self, names); });
+    const int code = seam::called<int>(seam::listEntries, [&] { return real_listEntries(self, entries); });
+    return withKindsHidden(code, entries);
 }
 
-ZORVEL_SEAM(matchEntries, int, const RemovalDirectory* self, const char* component, Names& names)
+ZORVEL_SEAM(matchEntries, int, const RemovalDirectory* self, const char* component, Entries& entries)
 {
-    return seam::called<int>(seam::matchEntries, [&] { return real_matchEntries(self, component, names); });
+    const int code =
+        seam::called<int>(seam::matchEntries, [&] { return real_matchEntries(self, component, entries); });
+    return withKindsHidden(code, entries);
 }
 
 ZORVEL_SEAM(kindOfEntry, EntryKind, const RemovalDirectory* self, const char* name)

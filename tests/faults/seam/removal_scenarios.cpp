@@ -164,8 +164,11 @@ Scenarios removalScenarios()
     } + removing;
     return {
         {"remove_tree", &make<RemoveTree>, "true", removing},
+        {"remove_tree_without_kinds", &make<WithoutKinds<RemoveTree>>, "true", removing},
         {"remove_contents", &make<RemoveContents>, "true", removingEach},
+        {"remove_contents_without_kinds", &make<WithoutKinds<RemoveContents>>, "true", removingEach},
         {"remove_file", &make<RemoveFile>, "true", removingOne},
+        {"remove_file_without_kinds", &make<WithoutKinds<RemoveFile>>, "true", removingOne},
         {"remove_deep_tree", &make<RemoveDeepTree>, "true", removing, 3},
     };
 }

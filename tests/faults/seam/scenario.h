@@ -109,6 +109,13 @@ std::string endingOf(const std::function<std::string()>& call);
 
 const char* textOf(bool value);
 
+/// A run in which listings do not say what their entries are.
+template <class RunWithKinds>
+class WithoutKinds : public RunWithKinds
+{
+    const seam_faults::HiddenKinds m_hidden;
+};
+
 /// Makes runs of a class from a default constructor.
 template <class R>
 std::unique_ptr<Run> make()

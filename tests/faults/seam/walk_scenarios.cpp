@@ -110,6 +110,7 @@ Scenarios walkScenarios()
     const Persistence ever = Persistence::ever;
     const Rules listing = {
         {openSearch, "", both, "all some none"},
+        {openDirectory, "", both, "all some"},
         {nextOfSearch, "", both, "all some none"},
     };
     const Rules walking = Rules{{entryKind, "", both, "all some"}} + listing;
@@ -118,12 +119,17 @@ Scenarios walkScenarios()
         {entryKind, "", both, "all some"},
         {fileStatus, "", once, "some"},
         {fileStatus, "", ever, "some none"},
+        {sizeOfFound, "", both, "all"},
     } + listing;
     const Rules matching = {{openSearch, "", both, "false"}, {nextOfSearch, "", both, "true false"}};
-    const Rules leaving = {{openSearch, "", both, "bad_alloc done"}, {nextOfSearch, "", both, "bad_alloc done"}};
+    const Rules leaving = {{openSearch, "", both, "bad_alloc done"},
+                           {openDirectory, "", both, "bad_alloc done"},
+                           {nextOfSearch, "", both, "bad_alloc done"}};
     return {
         {"walk", &make<Walk>, "all", walking},
         {"directory_size", &make<Size>, "all", adding},
+        {"walk_without_kinds", &make<WithoutKinds<Walk>>, "all", walking},
+        {"directory_size_without_kinds", &make<WithoutKinds<Size>>, "all", adding},
         {"match", &make<Match>, "true", matching},
         {"walk_left_by_an_exception", &make<ThrowingWalk>, "bad_alloc", leaving},
     };

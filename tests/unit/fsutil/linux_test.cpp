@@ -140,8 +140,8 @@ int removeWithoutDescriptors(const std::vector<std::string>& arguments)
         if (zvRemoveRF((root + "\\file").c_str()))
             return fail("a directory that cannot be opened is no proof that nothing matched");
         usedUp.giveBackOne();
-        if (zvRemoveRF((root + "\\f*").c_str()))
-            return fail("a directory that cannot be listed is no proof that nothing matched");
+        if (!zvRemoveRF((root + "\\f*").c_str()))
+            return fail("one descriptor is enough for files that match");
         if (zvRemoveRF((root + "\\dir").c_str()))
             return fail("a directory that could not be emptied stays");
         if (!zvRemoveRF((root + "\\single").c_str()))
