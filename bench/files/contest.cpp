@@ -42,10 +42,8 @@ void LookRow::add(const char* contestant, Work work) const
         ->Unit(benchmark::kMillisecond);
 }
 
-ChangeRow::ChangeRow(const std::string& name, const std::string& path, int rounds, int repetitions, Preparation prepare,
-                     Check check)
+ChangeRow::ChangeRow(const std::string& name, int rounds, int repetitions, Preparation prepare, Check check)
     : m_name(name),
-      m_path(path),
       m_rounds(rounds),
       m_repetitions(repetitions),
       m_prepare(std::move(prepare)),
@@ -59,11 +57,11 @@ void ChangeRow::add(const char* contestant, Work work) const
         return;
     const auto run = [row = *this, work](benchmark::State& state) {
         for (auto _ : state) {
-            row.m_prepare();
+            const std::string path = row.m_prepare();
             const Clock::time_point begin = Clock::now();
-            const bool isDone = work(row.m_path) != 0;
+            const bool isDone = work(path) != 0;
             state.SetIterationTime(std::chrono::duration<double>(Clock::now() - begin).count());
-            if (!isDone || !row.m_check())
+            if (!isDone || !row.m_check(path))
                 state.SkipWithError("it did not do what was asked");
         }
     };
@@ -71,7 +69,7 @@ void ChangeRow::add(const char* contestant, Work work) const
         ->Iterations(m_rounds)
         ->Repetitions(m_repetitions)
         ->UseManualTime()
-        ->Unit(benchmark::kMillisecond);
+        ->Unit(m_rounds > 1 ? benchmark::kMicrosecond : benchmark::kMillisecond);
 }
 
 }  // namespace bench

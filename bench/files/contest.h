@@ -32,22 +32,21 @@ private:
 };
 
 /// A row whose contestants change something, which is prepared before each and
-/// checked after it; neither is measured.
+/// checked after it; neither is measured. With several rounds in a repetition
+/// the unit is the microsecond.
 class ChangeRow
 {
 public:
-    typedef std::function<void()> Preparation;
-    typedef std::function<bool()> Check;
+    typedef std::function<std::string()> Preparation;  ///< gives the path for the work
+    typedef std::function<bool(const std::string& path)> Check;
 
-    ChangeRow(const std::string& name, const std::string& path, int rounds, int repetitions, Preparation prepare,
-              Check check);
+    ChangeRow(const std::string& name, int rounds, int repetitions, Preparation prepare, Check check);
 
     /// What the work gives is its success: not 0.
     void add(const char* contestant, Work work) const;
 
 private:
     std::string m_name;
-    std::string m_path;
     int m_rounds;
     int m_repetitions;
     Preparation m_prepare;

@@ -53,7 +53,8 @@ struct Amounts
     const char* prefix;
     std::uint64_t looked;
     std::uint64_t removed;
-    std::uint64_t removedOnce;  ///< 0: no such row
+    std::uint64_t removedLarge;  ///< 0: no such row
+    int removals;
     int repetitions;
     int creations;  ///< per repetition
 };

@@ -27,7 +27,7 @@ std::vector<Contestant> contestants()
 
 Amounts amounts(bool isQuick)
 {
-    return isQuick ? Amounts{"wine-", 2500, 500, 0, 3, 5} : Amounts{"wine-", 10000, 2500, 0, 7, 10};
+    return isQuick ? Amounts{"wine-", 2500, 500, 0, 3, 3, 5} : Amounts{"wine-", 10000, 2500, 0, 5, 7, 10};
 }
 
 void describeContestants()

@@ -1,7 +1,11 @@
 #include "bench/files/contestants.h"
 #include "bench/files/tree.h"
+#include "bench/files/tree_pool.h"
 
 #include <benchmark/benchmark.h>
+
+#include <algorithm>
+#include <memory>
 
 // Walk, sizes, patterns, removal and creation: who does the same work faster.
 
@@ -31,15 +35,17 @@ void addLooks(const Amounts& amounts)
     standardFilesystem().size(path);
 }
 
-void addRemoval(const char* name, const Tree& tree, int repetitions)
+/// The pool must live until all have run.
+void addRemoval(const char* name, const Tree& tree, int repetitions, std::unique_ptr<TreePool>& pool)
 {
-    const std::string path = inTreeRoot("removed");
-    const auto prepare = [path, tree] {
-        clear(path);
-        makeTree(path, tree);
-    };
-    const ChangeRow row(named(name), path, 1, repetitions, prepare, [path] { return !exists(path); });
-    for (const Contestant& contestant : contestants())
+    std::vector<Contestant> all = contestants();
+    const auto doesNotRemove = [](const Contestant& contestant) { return !contestant.remove; };
+    all.erase(std::remove_if(all.begin(), all.end(), doesNotRemove), all.end());
+    pool.reset(new TreePool(name, tree, all.size() * static_cast<std::size_t>(repetitions)));
+    TreePool* const trees = pool.get();
+    const ChangeRow row(named(name), 1, repetitions, [trees] { return trees->take(); },
+                        [](const std::string& path) { return !exists(path); });
+    for (const Contestant& contestant : all)
         row.add(contestant.name, contestant.remove);
 }
 
@@ -56,16 +62,16 @@ void addCreation(const Amounts& amounts)
 {
     const std::string top = inTreeRoot("created");
     const std::string path = chain(top);
-    const auto prepare = [top] {
+    const auto prepare = [top, path] {
         clear(top);
         makeFolder(top);
+        return path;
     };
-    const ChangeRow fresh(named("create-new"), path, amounts.creations, amounts.repetitions, prepare,
-                          [path] { return exists(path); });
+    const ChangeRow fresh(named("create-new"), amounts.creations, amounts.repetitions, prepare, &exists);
     const std::string there = chain(inTreeRoot("existing"));
     standardFilesystem().keep(there);
-    const ChangeRow existing(named("create-existing"), there, amounts.creations, amounts.repetitions, [] {},
-                             [there] { return exists(there); });
+    const ChangeRow existing(named("create-existing"), amounts.creations, amounts.repetitions,
+                             [there] { return there; }, &exists);
     for (const Contestant& contestant : contestants()) {
         fresh.add(contestant.name, contestant.create);
         existing.add(contestant.name, contestant.keep);
@@ -83,9 +89,10 @@ int main(int argc, char** argv)
     const Amounts wanted = amounts(isQuick());
     describeContestants();
     addLooks(wanted);
-    addRemoval("remove", Tree(wanted.removed), (wanted.repetitions + 1) / 2);
-    if (wanted.removedOnce != 0)
-        addRemoval("remove-large", Tree(wanted.removedOnce), 3);
+    std::unique_ptr<TreePool> pools[2];
+    addRemoval("remove", Tree(wanted.removed), wanted.removals, pools[0]);
+    if (wanted.removedLarge != 0)
+        addRemoval("remove-large", Tree(wanted.removedLarge), 3, pools[1]);
     addCreation(wanted);
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv))

@@ -1,10 +1,11 @@
 #include "bench/files/growth.h"
 
-#include "bench/files/tree.h"
+#include "bench/files/tree_pool.h"
 
 #include <cstring>
 #include <fstream>
 #include <iostream>
+#include <memory>
 #include <sstream>
 
 namespace zorvel {
@@ -42,6 +43,7 @@ std::vector<Step> steps(bool isQuick)
 
 void walkAll(Growth& growth, const Step& step, const std::string& path)
 {
+    costOf("walk", "zorvel", path);
     for (int sample = 0; sample < step.walks; ++sample) {
         for (const char* const contestant : {"zorvel", "fts", "std-filesystem"}) {
             const Cost cost = costOf("walk", contestant, path);
@@ -51,21 +53,27 @@ void walkAll(Growth& growth, const Step& step, const std::string& path)
     }
 }
 
-void measure(Growth& growth, const Step& step)
+void measure(Growth& growth, const Step& step, TreePool& trees)
 {
-    const std::string path = inTreeRoot("grown");
     for (int removal = 0; removal < step.removals; ++removal) {
-        clear(path);
-        makeTree(path, Tree(step.files));
-        if (removal == 0) {
-            costOf("walk", "zorvel", path);
+        const std::string path = trees.take();
+        if (removal == 0)
             walkAll(growth, step, path);
-        }
         const Cost cost = costOf("remove", "zorvel", path);
         growth.add("removal", "zorvel", step.files, cost.milliseconds);
         growth.add("removal-memory", "zorvel", step.files, cost.mebibytes);
     }
     std::cerr << "growth: " << step.files << " files measured" << std::endl;
+}
+
+void measureAll(Growth& growth, const std::vector<Step>& steps)
+{
+    std::vector<std::unique_ptr<TreePool>> pools;
+    for (const Step& step : steps)
+        pools.emplace_back(new TreePool("grown-" + std::to_string(step.files), Tree(step.files),
+                                        static_cast<std::size_t>(step.removals)));
+    for (std::size_t i = 0; i < steps.size(); ++i)
+        measure(growth, steps[i], *pools[i]);
 }
 
 }  // namespace
@@ -111,7 +119,6 @@ int main(int argc, char** argv)
         return 2;
     }
     Growth growth;
-    for (const Step& step : steps(wantsLess))
-        measure(growth, step);
+    measureAll(growth, steps(wantsLess));
     return (std::ofstream(out) << growth.json()).flush().good() ? 0 : 1;
 }
