@@ -30,13 +30,13 @@ struct Ends
 
 typedef const platform::LeadBytes* Leads;  ///< null for a text without any
 
-/// Scans of texts, a block of bytes at a step. They see bytes; where they are given lead bytes they see characters, and
-/// the text begins with one. Nothing outside the text is read.
+/// Scans of texts, a block of bytes at a step. They see bytes; where they are given lead bytes they see characters,
+/// and the text begins with one. Nothing outside the text is read.
 template <class Block>
 struct Scans
 {
-    /// The last separator of a range that begins with a character, or null, where the lead-byte test is the code page's
-    /// own.
+    /// The last separator of a range that begins with a character, or null, where the lead-byte test is the code
+    /// page's own.
     static const char* lastSeparator(const char* first, const char* end);
 
     /// Whether a byte from 0x80 is among them.

@@ -25,7 +25,8 @@ std::size_t findCharacters(const char* text, std::size_t size, const char* wante
     return nowhere;
 }
 
-/// The other byte that is the same character, in a locale with the usual letters; the byte itself where there is none.
+/// The other byte that is the same character, in a locale with the usual letters; the byte itself where there is
+/// none.
 char otherForm(char byte)
 {
     const char lower = static_cast<char>(byte | 0x20);

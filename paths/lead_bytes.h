@@ -11,9 +11,9 @@ namespace paths {
 /// A plain pointer, as documented: installed once, before threads use paths.
 ZORVEL_LOCAL extern zvMultiByteLeadTest installedTest;
 
-/// Whether the installed lead-byte test is the code page's own, of which is known that it gives one byte one answer and
-/// that no byte below 0x80 is a lead byte: texts may then be looked at from any side. A test of the application's own is
-/// asked for one character after another.
+/// Whether the installed lead-byte test is the code page's own, of which is known that it gives one byte one answer
+/// and that no byte below 0x80 is a lead byte: texts may then be looked at from any side. A test of the application's
+/// own is asked for one character after another.
 inline bool testIsOfCodePage()
 {
     return installedTest == &qxIsMultiByteLead && suite::knowsLeadBytes;

@@ -49,8 +49,8 @@ void collapseCharacters(std::string& text)
     text.resize(kept);
 }
 
-/// Moves what stands behind a dropped separator to the front, up to the next one to drop. A text without the dropped ones
-/// has the same second bytes: a separator ends a character.
+/// Moves what stands behind a dropped separator to the front, up to the next one to drop. A text without the dropped
+/// ones has the same second bytes: a separator ends a character.
 void collapse(std::string& text, Leads leads)
 {
     std::size_t dropped = firstDoubled(text.data(), text.size(), 1, leads);
@@ -99,8 +99,8 @@ void trimBlanks(std::string& text)
         --end;
     if (end == 0 || end == text.size())
         return;
-    // The code page's own test, not the replaceable one. It sees one byte: after a second byte that has the value of a
-    // lead byte, one blank stays. Better one blank too many than half a character.
+    // The code page's own test, not the replaceable one. It sees one byte: after a second byte that has the value of
+    // a lead byte, one blank stays. Better one blank too many than half a character.
     text.erase(qxIsMultiByteLead(static_cast<unsigned char>(text[end - 1])) ? end + 1 : end);
 }
 

@@ -14,8 +14,8 @@ namespace {
 
 using detail::isLead;
 
-/// Walks from start to p one character at a time, whatever the lead-byte test; true when the walk steps over p, because p
-/// is the second byte of a character.
+/// Walks from start to p one character at a time, whatever the lead-byte test; true when the walk steps over p,
+/// because p is the second byte of a character.
 bool walkStepsOver(const char* p, const char* start)
 {
     while (start < p)

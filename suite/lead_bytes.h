@@ -5,8 +5,8 @@
 namespace zorvel {
 namespace suite {
 
-/// Whether leadBytes() is what qxIsMultiByteLead() answers: so with the stand-in. Of the suite's own function nothing is
-/// known, and it is asked byte by byte.
+/// Whether leadBytes() is what qxIsMultiByteLead() answers: so with the stand-in. Of the suite's own function nothing
+/// is known, and it is asked byte by byte.
 #if defined(ZORVEL_SUITE_IS_BUNDLED)
 const bool knowsLeadBytes = true;
 #else

@@ -49,8 +49,8 @@ struct Texts
     const char* translated;
 };
 
-/// There are two or three letters and as many languages; a comparison of memory would wait for the letters of the user's,
-/// which have only just been written.
+/// There are two or three letters and as many languages; a comparison of memory would wait for the letters of the
+/// user's, which have only just been written.
 const qx_language_table* tableFor(const Translations& translations, const std::string& language)
 {
     const auto isWanted = [&language](const Translations::value_type& translation) {

@@ -7,8 +7,8 @@
 #include <filesystem>
 #include <strings.h>
 
-/// Whether two paths are equal. All objects are there already; std::filesystem::path compares letters with their case and
-/// so takes part only where that makes no difference.
+/// Whether two paths are equal. All objects are there already; std::filesystem::path compares letters with their case
+/// and so takes part only where that makes no difference.
 namespace zorvel {
 namespace bench {
 namespace {

@@ -6,8 +6,8 @@
 
 #include <string.h>
 
-/// Where a name stands in a path: without regard to case, but for std::string::find, which looks for the bytes and so does
-/// less. The names are written as they stand there, so that all find the same.
+/// Where a name stands in a path: without regard to case, but for std::string::find, which looks for the bytes and so
+/// does less. The names are written as they stand there, so that all find the same.
 namespace zorvel {
 namespace bench {
 namespace {

@@ -4,8 +4,8 @@
 
 #include <filesystem>
 
-/// From the bytes of a path to its one spelling, in a new object each time. std::filesystem::path takes "." and ".." out
-/// as well, of which there are none here.
+/// From the bytes of a path to its one spelling, in a new object each time. std::filesystem::path takes "." and ".."
+/// out as well, of which there are none here.
 namespace zorvel {
 namespace bench {
 namespace {

@@ -12,8 +12,9 @@ namespace {
 
 const std::size_t longSize = 4096;
 
-/// A text whose only separator is its first byte: everything behind it has to be looked at. In code page 932 every other
-/// name is Japanese; none of its bytes is that of a separator, so that the peers, which look at bytes, do the same work.
+/// A text whose only separator is its first byte: everything behind it has to be looked at. In code page 932 every
+/// other name is Japanese; none of its bytes is that of a separator, so that the peers, which look at bytes, do the
+/// same work.
 std::string longText(const Texts& texts)
 {
     // アイカキ

@@ -9,8 +9,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-/// Two processes hand a token to and fro by two semaphores, so that each sleeps until the other has released: from the
-/// release in one process to the return of the acquire in the other.
+/// Two processes hand a token to and fro by two semaphores, so that each sleeps until the other has released: from
+/// the release in one process to the return of the acquire in the other.
 namespace zorvel {
 namespace bench {
 namespace {

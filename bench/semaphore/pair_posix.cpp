@@ -8,7 +8,8 @@
 
 #include <unistd.h>
 
-/// Acquire and release while nobody else wants it. The process has a second thread, as processes do that need a semaphore.
+/// Acquire and release while nobody else wants it. The process has a second thread, as processes do that need a
+/// semaphore.
 namespace {
 
 template <class Semaphore>

@@ -13,8 +13,8 @@
 namespace zorvel {
 namespace bench {
 
-/// One kind of semaphore of a name, open: made with one token by whoever is first, opened by the others. The name goes
-/// when remove() is called; what is open stays open.
+/// One kind of semaphore of a name, open: made with one token by whoever is first, opened by the others. The name
+/// goes when remove() is called; what is open stays open.
 
 class OurSemaphore
 {

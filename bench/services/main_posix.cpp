@@ -12,7 +12,8 @@ int main(int argc, char** argv)
     const zorvel::bench::OwnDirectory directory;
     setenv("TEMP", directory.path().c_str(), 1);
     setenv("TMPDIR", directory.path().c_str(), 1);
-    benchmark::AddCustomContext("services", zorvel::bench::versionsOfLibraries() + ", fmt " + std::to_string(FMT_VERSION));
+    const std::string fmtVersion = ", fmt " + std::to_string(FMT_VERSION);
+    benchmark::AddCustomContext("services", zorvel::bench::versionsOfLibraries() + fmtVersion);
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv))
         return 2;

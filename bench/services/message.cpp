@@ -8,8 +8,8 @@
 #include <streambuf>
 #include <string>
 
-/// A message with two arguments, formatted, written with a line feed to std::cerr and flushed. The stream ends in a buffer
-/// that only counts.
+/// A message with two arguments, formatted, written with a line feed to std::cerr and flushed. The stream ends in a
+/// buffer that only counts.
 namespace {
 
 /// Takes the place of the buffer of std::cerr while it lives.
@@ -66,8 +66,8 @@ void withFmt(benchmark::State& state)
     char buffer[2048];
     measure(state, [&] {
         const auto end = fmt::format_to_n(buffer, sizeof buffer,
-                                          "sem_getvalue() is not implemented on this system. Could not get the value of "
-                                          "semaphore '{}'. \n System error: {}\n",
+                                          "sem_getvalue() is not implemented on this system. Could not get the value "
+                                          "of semaphore '{}'. \n System error: {}\n",
                                           name, "unimplemented function");
         std::cerr.write(buffer, end.out - buffer).flush();
     });

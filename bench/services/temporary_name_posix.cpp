@@ -56,7 +56,8 @@ void withTempnam(benchmark::State& state)
     }
 }
 
-/// The question whether a name is taken, asked once, of another name each time: the system remembers the ones from before.
+/// The question whether a name is taken, asked once, of another name each time: the system remembers the ones from
+/// before.
 void oneQuestion(benchmark::State& state)
 {
     std::string name = pattern();

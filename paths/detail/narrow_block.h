@@ -9,8 +9,8 @@ namespace zorvel {
 namespace paths {
 namespace narrow {
 
-/// Up to 16 bytes of a text, looked at together; every processor of this kind can. A question is answered by one bit for
-/// each byte, the lowest for the first. Bytes that were not loaded are 0.
+/// Up to 16 bytes of a text, looked at together; every processor of this kind can. A question is answered by one bit
+/// for each byte, the lowest for the first. Bytes that were not loaded are 0.
 class Block
 {
 public:
@@ -48,7 +48,8 @@ public:
         const __m128i caseBit = _mm_set1_epi8(0x20);
         const __m128i apart = _mm_cmpeq_epi8(_mm_xor_si128(m_bytes, other.m_bytes), caseBit);
         // a to z become the least values that a signed byte can have.
-        const __m128i letter = _mm_sub_epi8(_mm_or_si128(m_bytes, caseBit), _mm_set1_epi8(static_cast<char>('a' + 128)));
+        const __m128i lowest = _mm_set1_epi8(static_cast<char>('a' + 128));
+        const __m128i letter = _mm_sub_epi8(_mm_or_si128(m_bytes, caseBit), lowest);
         return mask(_mm_and_si128(apart, _mm_cmplt_epi8(letter, _mm_set1_epi8(-128 + 26))));
     }
 

@@ -6,8 +6,9 @@
 
 #include <cstddef>
 
-/// The scans, written once for blocks of every size. Each source file that includes this is compiled for the processors
-/// that have its blocks: what it defines must depend on the block's type, so that nothing of it serves anybody else.
+/// The scans, written once for blocks of every size. Each source file that includes this is compiled for the
+/// processors that have its blocks: what it defines must depend on the block's type, so that nothing of it serves
+/// anybody else.
 namespace zorvel {
 namespace paths {
 
@@ -84,8 +85,8 @@ bool Scans<Block>::sameText(const char* left, const char* right, std::size_t siz
     return true;
 }
 
-/// Letters that differ in case only are the same in most locales, unless they stand behind a byte from 0x80 and may be
-/// second bytes. What differs otherwise is looked at by itself.
+/// Letters that differ in case only are the same in most locales, unless they stand behind a byte from 0x80 and may
+/// be second bytes. What differs otherwise is looked at by itself.
 template <class Block>
 bool Scans<Block>::sameRest(const char* left, const char* right, std::size_t size, std::size_t from)
 {

@@ -8,8 +8,8 @@ namespace zorvel {
 namespace paths {
 namespace wide {
 
-/// As narrow::Block, with 64 bytes, for processors with AVX-512 (BW) and GFNI. A load of fewer bytes reads those and nothing
-/// else.
+/// As narrow::Block, with 64 bytes, for processors with AVX-512 (BW) and GFNI. A load of fewer bytes reads those and
+/// nothing else.
 class Block
 {
 public:
@@ -71,9 +71,10 @@ public:
 private:
     explicit Block(__m512i bytes) : m_bytes(bytes) {}
 
-    /// 0 for the two separators and for nothing else. They differ in the bits 0x73, of which the lowest tells which of the
-    /// two it is: where it is set the others are turned round, which makes one byte of both. That is linear in the bits of
-    /// the byte and so one instruction: row by row from the highest bit, which bits of the byte make a bit of the result.
+    /// 0 for the two separators and for nothing else. They differ in the bits 0x73, of which the lowest tells which
+    /// of the two it is: where it is set the others are turned round, which makes one byte of both. That is linear in
+    /// the bits of the byte and so one instruction: row by row from the highest bit, which bits of the byte make a
+    /// bit of the result.
     __m512i zeroForSeparators() const
     {
         const long long rows = 0x0003040811214180;

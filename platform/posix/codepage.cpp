@@ -127,8 +127,8 @@ bool lowersAsciiAsUsual()
     return static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(nl_langinfo(_NL_CTYPE_NONASCII_CASE))) == 0;
 }
 
-/// By the table of the current locale, as tolower() does. (What isalpha() and its like read is a table of the thread's own,
-/// which another thread's setlocale() does not change.) It begins with the values of negative numbers.
+/// By the table of the current locale, as tolower() does. (What isalpha() and its like read is a table of the
+/// thread's own, which another thread's setlocale() does not change.) It begins with the values of negative numbers.
 LoweredPair lowered(unsigned char first, unsigned char second)
 {
     const std::int32_t* const table = reinterpret_cast<const std::int32_t*>(nl_langinfo(_NL_CTYPE_TOLOWER)) + 128;

@@ -24,8 +24,8 @@ const Address pageMask = (Address(1) << addressBits) - pageSize;
 
 const unsigned placesAtRest = 256;
 
-/// What is known of each place of a block, in its first page, which is no place. A block begins at a multiple of its size,
-/// so that it is found from each of its places.
+/// What is known of each place of a block, in its first page, which is no place. A block begins at a multiple of its
+/// size, so that it is found from each of its places.
 struct Block
 {
     std::atomic<Address> handle[placesInBlock];  ///< 0 while none is open
@@ -73,8 +73,8 @@ Address makeBlock()
     return block;
 }
 
-/// The places that nobody has: those at rest, in the order in which they were given up, and those of the last block that
-/// were never taken.
+/// The places that nobody has: those at rest, in the order in which they were given up, and those of the last block
+/// that were never taken.
 class FreePlaces
 {
 public:

@@ -12,9 +12,9 @@
 using namespace zorvel::paths;
 using namespace zorvel::test;
 
-// What is done block by block must be what is done character by character. The latter is done where the application has
-// a lead-byte test of its own, here one that answers as the code page does. In the run of this binary in Shift_JIS there
-// are second bytes.
+// What is done block by block must be what is done character by character. The latter is done where the application
+// has a lead-byte test of its own, here one that answers as the code page does. In the run of this binary in
+// Shift_JIS there are second bytes.
 
 namespace {
 
@@ -197,15 +197,14 @@ TEST(BlockScans, BlocksOfBothSizesFindTheSame)
         const Leads leads = i % 2 == 0 ? &zorvel::platform::allLeadBytes() : nullptr;
         const Exact bytes(text);
         const Exact other(texts.like(text));
-        ASSERT_EQ(lastSeparator(bytes.begin(), bytes.end()), Narrow::lastSeparator(bytes.begin(), bytes.end())) << i;
-        ASSERT_EQ(holdsHighByte(bytes.begin(), size), Narrow::holdsHighByte(bytes.begin(), size)) << i;
-        ASSERT_EQ(sameText(bytes.begin(), other.begin(), size), Narrow::sameText(bytes.begin(), other.begin(), size)) << i;
-        ASSERT_EQ(firstDoubled(bytes.begin(), size, from, leads), Narrow::firstDoubled(bytes.begin(), size, from, leads))
-            << i;
+        const char* const begin = bytes.begin();
+        ASSERT_EQ(lastSeparator(begin, bytes.end()), Narrow::lastSeparator(begin, bytes.end())) << i;
+        ASSERT_EQ(holdsHighByte(begin, size), Narrow::holdsHighByte(begin, size)) << i;
+        ASSERT_EQ(sameText(begin, other.begin(), size), Narrow::sameText(begin, other.begin(), size)) << i;
+        ASSERT_EQ(firstDoubled(begin, size, from, leads), Narrow::firstDoubled(begin, size, from, leads)) << i;
         const Ends ends = {{'/', '\\'}, {'a', 'A'}, texts.below(3)};
         const std::size_t starts = size > ends.distance ? size - ends.distance : 0;
-        ASSERT_EQ(firstWithEnds(bytes.begin(), starts, from, ends), Narrow::firstWithEnds(bytes.begin(), starts, from, ends))
-            << i;
+        ASSERT_EQ(firstWithEnds(begin, starts, from, ends), Narrow::firstWithEnds(begin, starts, from, ends)) << i;
         const std::string byNarrow = washed<narrow::Block>(text, leads);
         writeBackslashes(bytes.begin(), size, leads);
         ASSERT_EQ(byNarrow, bytes.str()) << i;

@@ -59,8 +59,8 @@ TEST(CodePage, LeadBytesFollowTheLocale)
 
 TEST(CodePage, LettersAreLoweredAsUsualOrTheirTableIsAsked)
 {
-    for (const char* name : {"C", "ja_JP.SHIFT_JIS", "ja_JP.EUC-JP", "zh_CN.GBK", "ko_KR.CP949", "zh_TW.BIG5", "C.UTF-8",
-                             "ja_JP.UTF-8", "tr_TR.ISO-8859-9"})
+    for (const char* name : {"C", "ja_JP.SHIFT_JIS", "ja_JP.EUC-JP", "zh_CN.GBK", "ko_KR.CP949", "zh_TW.BIG5",
+                             "C.UTF-8", "ja_JP.UTF-8", "tr_TR.ISO-8859-9"})
     {
         const LocaleScope locale(name);
         ASSERT_TRUE(locale.installed()) << name;

@@ -1,3 +1,4 @@
+#include "platform/process.h"
 #include "platform/semaphore.h"
 
 #include <gtest/gtest.h>
@@ -10,15 +11,13 @@
 #include <thread>
 #include <vector>
 
-#include <unistd.h>
-
 using namespace zorvel::platform;
 
 namespace {
 
 std::string name()
 {
-    return "semaphore-place-test-" + std::to_string(::getpid());
+    return "semaphore-place-test-" + std::to_string(processId());
 }
 
 void* opened(const std::string& what = name())
