@@ -100,8 +100,6 @@ void Roamers::stopTheOthers()
     for (const User& user : m_users)
         if (user)
             hearParked(*user);
-    if (m_scene.tree().exists("inside"))
-        m_scene.tree().removeDirectory("inside");
 }
 
 void Roamers::round(std::size_t mostVictims)

@@ -23,6 +23,8 @@
 
 #include <zorvel/ipc.h>
 
+#include <boost/interprocess/sync/file_lock.hpp>
+
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -58,30 +60,36 @@ Semaphore opened(const std::string& name)
     return semaphore;
 }
 
-/// Shows who is inside: a directory that the system lets one process create,
-/// and a number in a file that is counted up without any other protection.
+/// Shows who is inside: a lock on a file, which goes with the process that has it, and a number in another file that is
+/// counted up without any other protection.
 class Inside
 {
 public:
+    /// Before the semaphore is opened: a system that ends a process closes what it opened first, and whoever is let in by
+    /// its death must not find the lock there.
     explicit Inside(const std::filesystem::path& directory)
-        : m_mark(directory / "inside"), m_counter(directory / "counter")
+        : m_mark(existing(directory / "inside").string().c_str()), m_counter(directory / "counter")
     {
     }
 
-    void visit() const
+    void visit()
     {
-        std::error_code ignored;
-        if (!std::filesystem::create_directory(m_mark, ignored)) {
+        if (!m_mark.try_lock()) {
             say("collision");
             return;
         }
         const long before = count();
         std::this_thread::yield();
         setCount(before + 1);
-        std::filesystem::remove(m_mark, ignored);
+        m_mark.unlock();
     }
 
 private:
+    static const std::filesystem::path& existing(const std::filesystem::path& file)
+    {
+        std::ofstream(file, std::ios::app);
+        return file;
+    }
     long count() const
     {
         long value = 0;
@@ -90,7 +98,7 @@ private:
     }
     void setCount(long value) const { std::ofstream(m_counter) << value; }
 
-    const std::filesystem::path m_mark;
+    boost::interprocess::file_lock m_mark;
     const std::filesystem::path m_counter;
 };
 
@@ -120,7 +128,7 @@ int obeyAll(const std::string& name)
     return 0;
 }
 
-int goInside(bool guarded, const std::string& name, const Inside& inside, int holds)
+int goInside(bool guarded, const std::string& name, Inside& inside, int holds)
 {
     const Semaphore semaphore = opened(name);
     say("ready");
@@ -138,7 +146,7 @@ int goInside(bool guarded, const std::string& name, const Inside& inside, int ho
 
 /// Waits have a limit, so that one whose token was lost with a killed process
 /// comes back to see "stop". Whether it was inside.
-bool roamOnce(zvSemaphoreIPC& semaphore, const Inside& inside)
+bool roamOnce(zvSemaphoreIPC& semaphore, Inside& inside)
 {
     if (!semaphore.Acquire(true))
         return false;
@@ -150,7 +158,7 @@ bool roamOnce(zvSemaphoreIPC& semaphore, const Inside& inside)
 
 int roam(const std::string& name, const std::filesystem::path& directory, unsigned seed)
 {
-    const Inside inside(directory);
+    Inside inside(directory);
     std::mt19937 random(seed);
     Semaphore semaphore = opened(name);
     say("ready");
@@ -173,8 +181,10 @@ int run(int count, char** arguments)
     const std::string role = count > 2 ? arguments[1] : "";
     if (role == "obey")
         return obeyAll(arguments[2]);
-    if (count == 5 && (role == "guarded" || role == "unguarded"))
-        return goInside(role == "guarded", arguments[2], Inside(arguments[3]), std::atoi(arguments[4]));
+    if (count == 5 && (role == "guarded" || role == "unguarded")) {
+        Inside inside(arguments[3]);
+        return goInside(role == "guarded", arguments[2], inside, std::atoi(arguments[4]));
+    }
     if (count == 5 && role == "roam")
         return roam(arguments[2], arguments[3], static_cast<unsigned>(std::atoi(arguments[4])));
     std::cerr << "usage: semaphore_worker obey|guarded|unguarded|roam NAME ...\n";
