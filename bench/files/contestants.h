@@ -18,6 +18,7 @@ struct Contestant
     Work remove;  ///< the tree at a path with all in it
     Work create;  ///< a directory with all its parents, of which 20 are missing
     Work keep;    ///< the same of one that exists
+    bool isProcess = false;
 };
 
 /// Ours and whom this system has.

@@ -70,11 +70,12 @@ void addCreation(const Amounts& amounts)
     const ChangeRow fresh(named("create-new"), amounts.creations, amounts.repetitions, prepare, &exists);
     const std::string there = chain(inTreeRoot("existing"));
     standardFilesystem().keep(there);
-    const ChangeRow existing(named("create-existing"), amounts.creations, amounts.repetitions,
-                             [there] { return there; }, &exists);
+    const auto isThere = [there] { return there; };
+    const ChangeRow existing(named("create-existing"), amounts.creations * 40, amounts.repetitions, isThere, &exists);
+    const ChangeRow starting(named("create-existing"), amounts.creations, amounts.repetitions, isThere, &exists);
     for (const Contestant& contestant : contestants()) {
         fresh.add(contestant.name, contestant.create);
-        existing.add(contestant.name, contestant.keep);
+        (contestant.isProcess ? starting : existing).add(contestant.name, contestant.keep);
     }
 }
 

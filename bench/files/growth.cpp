@@ -89,9 +89,10 @@ std::string Growth::json() const
     const char* separator = "[\n";
     for (const auto& curve : m_curves) {
         for (const auto& point : curve.second) {
-            text << separator << R"(  {"growth": ")" << curve.first.first << R"(", "contestant": ")" << curve.first.second
-                 << R"(", "x": )" << point.first << R"(, "unit": ")" << unitOf(curve.first.first) << R"(", "samples": [)"
-                 << listOf(point.second) << "]}";
+            text << separator << R"(  {"growth": ")" << curve.first.first;
+            text << R"(", "contestant": ")" << curve.first.second << R"(", "x": )" << point.first;
+            text << R"(, "unit": ")" << unitOf(curve.first.first) << R"(", "samples": [)";
+            text << listOf(point.second) << "]}";
             separator = ",\n";
         }
     }

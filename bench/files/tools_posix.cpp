@@ -73,7 +73,7 @@ std::vector<Contestant> tools()
             {"find-with-types", &findWithTypes, nullptr, nullptr, nullptr, nullptr, nullptr},
             {"du", nullptr, &sumUp, nullptr, nullptr, nullptr, nullptr},
             {"rm", nullptr, nullptr, nullptr, &removeAll, nullptr, nullptr},
-            {"mkdir", nullptr, nullptr, nullptr, nullptr, &createAll, &createAll}};
+            {"mkdir", nullptr, nullptr, nullptr, nullptr, &createAll, &createAll, true}};
 }
 
 std::string versionOf(const char* tool)
