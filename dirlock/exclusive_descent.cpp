@@ -59,8 +59,7 @@ bool zvDirectoryExclusiveLock::Descent::step()
         stepDown(removalAfterCreation);
         return true;
     }
-    verboseLog << m_lock.label << ": Could not acquire; trying to detect stale lock at level " << lower()
-               << std::endl;
+    verboseLog << m_lock.label << ": Could not acquire; trying to detect stale lock at level " << lower() << std::endl;
     const Verdict verdict = judgeLower();
     if (verdict == Verdict::stale && takeOverStale())
         return true;

@@ -22,8 +22,7 @@ zvPathString directoryOf(const boost::shared_ptr<zvLockFile>& lockFile)
 
 }  // namespace
 
-zvDirectoryReadWriteLock::ReadLock::ReadLock(const zvPathString& directory,
-                                             const boost::shared_ptr<zvAbstractFS>& fs)
+zvDirectoryReadWriteLock::ReadLock::ReadLock(const zvPathString& directory, const boost::shared_ptr<zvAbstractFS>& fs)
     : impl(boost::make_shared<Impl>(directory, fs))
 {
 }

@@ -41,15 +41,26 @@ zvPathString readersIn(const zvPathString& directory)
 }  // namespace
 
 ReadWriteHold::ReadWriteHold(const zvPathString& dir, const boost::shared_ptr<zvAbstractFS>& system)
-    : guard(dir, noLabel, system), count(0), directory(dir), isStale(dir, system), fs(system),
-      writerName(writerIn(dir)), readerPattern(readersIn(dir))
+    : guard(dir, noLabel, system),
+      count(0),
+      directory(dir),
+      isStale(dir, system),
+      fs(system),
+      writerName(writerIn(dir)),
+      readerPattern(readersIn(dir))
 {
 }
 
 ReadWriteHold::ReadWriteHold(const zvPathString& dir, const boost::shared_ptr<zvLockFile>& file,
                              const boost::shared_ptr<zvAbstractFS>& system)
-    : guard(dir, noLabel, system), count(1), directory(dir), lockFile(file), isStale(dir, system), fs(system),
-      writerName(writerIn(dir)), readerPattern(readersIn(dir))
+    : guard(dir, noLabel, system),
+      count(1),
+      directory(dir),
+      lockFile(file),
+      isStale(dir, system),
+      fs(system),
+      writerName(writerIn(dir)),
+      readerPattern(readersIn(dir))
 {
 }
 
@@ -60,8 +71,7 @@ ReadWriteHold::~ReadWriteHold() = default;
 bool ReadWriteHold::acquire(const time_duration& timeout, bool skipRefresh)
 {
     // One pause shorter than asked: the last look then ends in time.
-    const ptime deadline =
-        deadlineAfter(platform::localTime(), timeout) - boost::posix_time::milliseconds(pollMsec);
+    const ptime deadline = deadlineAfter(platform::localTime(), timeout) - boost::posix_time::milliseconds(pollMsec);
     requireSearchable();
     const TimedTurn turn(mutex, timeout);
     if (!turn || count != 0)

@@ -13,8 +13,7 @@ const time_duration noTime(0, 0, 0);
 
 }  // namespace
 
-zvDirectoryReadWriteLock::WriteLock::WriteLock(const zvPathString& directory,
-                                               const boost::shared_ptr<zvAbstractFS>& fs)
+zvDirectoryReadWriteLock::WriteLock::WriteLock(const zvPathString& directory, const boost::shared_ptr<zvAbstractFS>& fs)
     : impl(boost::make_shared<Impl>(directory, fs))
 {
 }

@@ -42,8 +42,7 @@ zvFileAccessError::zvFileAccessError(const std::string& detail)
 
 zvFileAccessError::~zvFileAccessError() = default;
 
-zvFileNotFoundError::zvFileNotFoundError(const std::string& detail)
-    : zvFileBasedLockError("File not found: " + detail)
+zvFileNotFoundError::zvFileNotFoundError(const std::string& detail) : zvFileBasedLockError("File not found: " + detail)
 {
 }
 

@@ -45,10 +45,7 @@ private:
     }
 
     /// With room left for the separator.
-    bool takeCurrentDirectory()
-    {
-        return qxGetcwd(m_path, pathSize - 1) != nullptr;
-    }
+    bool takeCurrentDirectory() { return qxGetcwd(m_path, pathSize - 1) != nullptr; }
 
     char m_path[pathSize];
 };
@@ -90,7 +87,7 @@ char* zvGetTempName(char* buffer)
     char* const name = buffer + std::strlen(buffer);
     do {
         seed = (seed + 1) % nameCount;
-        std::snprintf(name, sizeof "tp000000", "tp%06lu", static_cast<unsigned long>(seed));
+        (void)std::snprintf(name, sizeof "tp000000", "tp%06lu", static_cast<unsigned long>(seed));
     } while (zorvel::platform::entryKind(buffer) != zorvel::platform::EntryKind::none);
     return buffer;
 }

@@ -102,8 +102,8 @@ private:
 }  // namespace fsutil
 }  // namespace zorvel
 
-int zvFindMatchingFilesAndDirs(const char* pattern, const zvStringProcedure& fileProc,
-                               const zvStringProcedure& dirProc, int depth, bool stopAtFirst)
+int zvFindMatchingFilesAndDirs(const char* pattern, const zvStringProcedure& fileProc, const zvStringProcedure& dirProc,
+                               int depth, bool stopAtFirst)
 {
     zorvel::fsutil::WalkPattern resolved;
     if (!zorvel::fsutil::resolveWalkPattern(pattern, depth, resolved))

@@ -89,12 +89,11 @@ bool zvSemaphoreIPC::AcquireLock(bool timed, bool tryOnly)
     if (!handle)
         return false;
     const unsigned long limit = static_cast<std::uint32_t>(timeOut) * 1000u;
-    const unsigned long result =
-        platform::waitForSemaphore(handle, tryOnly ? 0 : timed ? limit : platform::waitForever);
+    const unsigned long result = platform::waitForSemaphore(handle, tryOnly ? 0
+                                                                    : timed ? limit
+                                                                            : platform::waitForever);
     switch (result) {
-    case platform::waitSucceeded:
-        ownsLock = true;
-        return true;
+    case platform::waitSucceeded: ownsLock = true; return true;
     case platform::waitFailed:
         // lastError stays 0: callers tell a refused wait from a timeout by that.
         reportSystemError(ZORVEL_SEM_WAIT_FAILED, name);

@@ -14,6 +14,8 @@ void make()
 
 }  // namespace
 
+// The const is part of what callers were compiled against.
+// NOLINTNEXTLINE(readability-const-return-type)
 const boost::shared_ptr<zvAbstractFS> zvGetDefaultFSImp()
 {
     boost::call_once(madeOnce, &make);

@@ -100,7 +100,7 @@ std::string FileTimeCalibration::createUniqueFile(const zvPathString& directory,
 {
     for (int failures = 0;; ++failures) {
         created = platform::localTime();
-        const zvPathString file(directory, uniqueName(created, directory).c_str());
+        zvPathString file(directory, uniqueName(created, directory).c_str());
         if (fs->createFileExclusive(file.c_str()))
             return file;
         // Two blanks follow the colon of the whole text; they are part of it.

@@ -87,8 +87,7 @@ const char* zvCanonicalizePath(char* out, std::size_t outSize, const char* in, s
     char work[workSize];
     const std::size_t length = boundedLength(in, inLen);
     const bool copied = inLen < workSize;
-    if (copied)
-    {
+    if (copied) {
         std::memcpy(work, in, length);
         work[length] = '\0';
     }

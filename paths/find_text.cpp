@@ -17,8 +17,7 @@ std::size_t findCharacters(const char* text, std::size_t size, const char* wante
 {
     const char* const end = text + size;
     const char* p = text + detail::characterBoundary(text, size, from);
-    for (; p != end; p += detail::characterLength(p, end))
-    {
+    for (; p != end; p += detail::characterLength(p, end)) {
         if (detail::standsAt(p, end, wanted, wanted + wantedSize))
             return static_cast<std::size_t>(p - text);
     }
@@ -56,8 +55,7 @@ std::size_t findByEnds(const char* text, std::size_t size, const char* wanted, s
     const char last = wanted[wantedSize - 1];
     const Ends ends = {{wanted[0], otherForm(wanted[0])}, {last, otherForm(last)}, wantedSize - 1};
     const bool atEndOnly = endsCutOff(wanted, wantedSize);
-    for (std::size_t i = atEndOnly && from < starts ? starts - 1 : from; i < starts; ++i)
-    {
+    for (std::size_t i = atEndOnly && from < starts ? starts - 1 : from; i < starts; ++i) {
         i = firstWithEnds(text, starts, i, ends);
         if (i < starts && !isSecondByte(text, text + i) && sameText(wanted, text + i, wantedSize))
             return i;

@@ -19,8 +19,7 @@ __attribute__((noinline)) bool sameCharacters(const char* left, const char* righ
 {
     const char* const leftEnd = left + size;
     const char* const rightEnd = right + size;
-    while (left != leftEnd && right != rightEnd)
-    {
+    while (left != leftEnd && right != rightEnd) {
         if (takeKey(left, leftEnd) != takeKey(right, rightEnd))
             return false;
     }
@@ -48,8 +47,8 @@ bool sameButForCase(const char* left, const char* right, std::size_t size)
 
 bool sameFromByte(const char* left, const char* right, std::size_t size, std::size_t index)
 {
-    return sameByteCharacter(left[index], right[index]) && !isSecondByte(left, left + index)
-           && sameRest(left, right, size, index + 1);
+    return sameByteCharacter(left[index], right[index]) && !isSecondByte(left, left + index) &&
+           sameRest(left, right, size, index + 1);
 }
 
 namespace {

@@ -20,8 +20,7 @@ using detail::isLead;
 void unifyCharacters(std::string& text)
 {
     const char* const end = text.data() + text.size();
-    for (std::size_t i = 0; i < text.size(); i += characterLength(text.data() + i, end))
-    {
+    for (std::size_t i = 0; i < text.size(); i += characterLength(text.data() + i, end)) {
         if (!isLead(text[i]) && zvIsPathSep(text[i]))
             text[i] = '\\';
     }
@@ -34,12 +33,10 @@ void collapseCharacters(std::string& text)
     const char* const end = begin + text.size();
     std::size_t kept = characterBoundary(begin, text.size(), 1);
     bool afterSeparator = false;
-    for (const char* p = begin + kept; p != end;)
-    {
+    for (const char* p = begin + kept; p != end;) {
         const std::size_t length = characterLength(p, end);
         const bool separator = !isLead(*p) && zvIsPathSep(*p);
-        if (!(separator && afterSeparator))
-        {
+        if (!(separator && afterSeparator)) {
             for (std::size_t i = 0; i < length; ++i)
                 text[kept++] = p[i];
         }
@@ -56,10 +53,9 @@ void collapse(std::string& text, Leads leads)
     std::size_t dropped = firstDoubled(text.data(), text.size(), 1, leads);
     if (dropped == text.size())
         return;
-    char* const begin = &text[0];
+    char* const begin = text.data();
     std::size_t kept = dropped;
-    while (dropped != text.size())
-    {
+    while (dropped != text.size()) {
         const std::size_t next = firstDoubled(begin, text.size(), dropped, leads);
         std::memmove(begin + kept, begin + dropped + 1, next - dropped - 1);
         kept += next - dropped - 1;
@@ -73,15 +69,15 @@ void unifyAndCollapse(std::string& text)
 {
     const bool mayHaveLeads = holdsHighByte(text.data(), text.size());
     const platform::LeadBytes* const leads = mayHaveLeads ? &leadBytesOfCodePage() : nullptr;
-    writeBackslashes(&text[0], text.size(), leads);
+    writeBackslashes(text.data(), text.size(), leads);
     collapse(text, leads);
 }
 
 /// Backspace stands where one might look for another blank: that is the set.
 bool isBlank(char byte)
 {
-    const std::uint64_t blanks = 1ull << ' ' | 1ull << '\t' | 1ull << '\v' | 1ull << '\b' | 1ull << '\n' | 1ull << '\r'
-                                 | 1ull << '\f';
+    const std::uint64_t blanks =
+        1ull << ' ' | 1ull << '\t' | 1ull << '\v' | 1ull << '\b' | 1ull << '\n' | 1ull << '\r' | 1ull << '\f';
     const unsigned char value = static_cast<unsigned char>(byte);
     return value <= ' ' && (blanks >> value & 1) != 0;
 }
@@ -111,12 +107,9 @@ namespace detail {
 
 void normalizeText(std::string& text)
 {
-    if (paths::testIsOfCodePage())
-    {
+    if (paths::testIsOfCodePage()) {
         paths::unifyAndCollapse(text);
-    }
-    else
-    {
+    } else {
         paths::unifyCharacters(text);
         paths::collapseCharacters(text);
     }

@@ -13,8 +13,7 @@ bool zvAddPathSep(char* s)
     const std::size_t length = std::strlen(s);
     if (length > 0 && s[length - 1] == '\\')
         return true;
-    if (length > 0 && s[length - 1] == '/')
-    {
+    if (length > 0 && s[length - 1] == '/') {
         s[length - 1] = '\\';
         return true;
     }
@@ -41,8 +40,7 @@ void zvReplacePathSeps(char* s, char c)
 {
     if (s == nullptr)
         return;
-    for (; *s != '\0'; ++s)
-    {
+    for (; *s != '\0'; ++s) {
         if (zvIsPathSep(*s))
             *s = c;
     }

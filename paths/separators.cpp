@@ -18,8 +18,7 @@ using detail::isLead;
 /// because p is the second byte of a character.
 bool walkStepsOver(const char* p, const char* start)
 {
-    while (start < p)
-    {
+    while (start < p) {
         const std::ptrdiff_t step = isLead(*start) ? 2 : 1;
         if (p - start < step)
             return true;
@@ -33,8 +32,7 @@ bool walkStepsOver(const char* p, const char* start)
 template <class Visit>
 void eachCharacter(const char* first, const char* end, Visit visit)
 {
-    while (first != end)
-    {
+    while (first != end) {
         const bool lead = isLead(*first);
         first += lead && end - first >= 2 ? 2 : 1;
         visit(first - 1, !lead && zvIsPathSep(first[-1]));
@@ -63,8 +61,7 @@ __attribute__((noinline)) const char* lastNotSeparatorByWalk(const char* first, 
 
 const char* lastNotSeparator(const char* first, const char* end)
 {
-    while (end != first)
-    {
+    while (end != first) {
         --end;
         if (!zvIsPathSep(*end) || isSecondByte(first, end))
             return end;

@@ -22,9 +22,9 @@ EntryKind entryKind(const char* path);
 
 struct FileStatus
 {
-    unsigned short mode;           ///< the runtime's st_mode: type and permission bits
-    std::int32_t size;             ///< the low 32 bits of the size, signed; 0 for a directory
-    std::int64_t modificationTime; ///< seconds since 1970-01-01 UTC by the server's clock
+    unsigned short mode;            ///< the runtime's st_mode: type and permission bits
+    std::int32_t size;              ///< the low 32 bits of the size, signed; 0 for a directory
+    std::int64_t modificationTime;  ///< seconds since 1970-01-01 UTC by the server's clock
 };
 
 /// Follows links. The client of a share may answer with what it remembers.

@@ -20,8 +20,7 @@ bool isSeparator(char byte)
 std::size_t lastSeparator(const char* path)
 {
     std::size_t found = none;
-    for (std::size_t i = 0; path[i] != '\0'; ++i)
-    {
+    for (std::size_t i = 0; path[i] != '\0'; ++i) {
         if (isSeparator(path[i]))
             found = i;
         else if (qxIsMultiByteLead(static_cast<unsigned char>(path[i])) && path[i + 1] != '\0')
@@ -46,8 +45,7 @@ struct Split
 Split splitPath(const char* path)
 {
     const std::size_t separator = lastSeparator(path);
-    if (separator == none)
-    {
+    if (separator == none) {
         const std::size_t drive = platform::drivePrefixLength(path);
         return {drive, drive};
     }
@@ -57,8 +55,7 @@ Split splitPath(const char* path)
 /// Whether a name can follow a path without a separator between them.
 bool needsNoSeparator(const char* path, std::size_t length)
 {
-    return length == 0 || lastSeparator(path) == length - 1
-           || (length == 2 && platform::drivePrefixLength(path) == 2);
+    return length == 0 || lastSeparator(path) == length - 1 || (length == 2 && platform::drivePrefixLength(path) == 2);
 }
 
 }  // namespace
@@ -68,8 +65,7 @@ bool kpIsAbsolutePath(const char* path)
     return path != nullptr && platform::isAbsolutePath(path);
 }
 
-bool kpSeparatePathName(const char* path, char* directory, std::size_t directorySize, char* name,
-                        std::size_t nameSize)
+bool kpSeparatePathName(const char* path, char* directory, std::size_t directorySize, char* name, std::size_t nameSize)
 {
     if (path == nullptr || directory == nullptr || name == nullptr)
         return false;

@@ -18,8 +18,7 @@ bool kpIsAbsolutePath(const char* path);
 /// The buffers must not overlap, but the directory buffer may be the path.
 /// False, with both buffers as they were, for null or when a part does not fit
 /// with its terminator.
-bool kpSeparatePathName(const char* path, char* directory, std::size_t directorySize, char* name,
-                        std::size_t nameSize);
+bool kpSeparatePathName(const char* path, char* directory, std::size_t directorySize, char* name, std::size_t nameSize);
 
 /// Appends a name to the path in a buffer of size bytes, with one '\' between
 /// them: none when the buffer is empty, ends in a separator or holds a drive

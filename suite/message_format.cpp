@@ -45,7 +45,7 @@ bool readArguments(const char* english, std::va_list arguments, std::vector<std:
             continue;
         ++p;
         if (*p == 's')
-            texts.push_back(shown(va_arg(arguments, const char*)));
+            texts.emplace_back(shown(va_arg(arguments, const char*)));
         else if (*p == 'd')
             texts.push_back(std::to_string(va_arg(arguments, int)));
         else if (*p != '%')

@@ -59,8 +59,7 @@ char* listEntries(const char* pattern)
     if (search.open(pattern) != 0)
         return nullptr;
     NameBlock names;
-    while (const char* name = search.next())
-    {
+    while (const char* name = search.next()) {
         // An empty name would end the list.
         if (*name != '\0' && !names.append(name))
             return nullptr;
@@ -74,12 +73,9 @@ char* ioGetDirList(const char* pattern, int flags)
 {
     if (pattern == nullptr || *pattern == '\0' || flags != 0)
         return nullptr;
-    try
-    {
+    try {
         return listEntries(pattern);
-    }
-    catch (const std::exception&)
-    {
+    } catch (const std::exception&) {
         return nullptr;
     }
 }

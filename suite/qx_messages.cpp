@@ -54,8 +54,8 @@ struct Texts
 const qx_language_table* tableFor(const Translations& translations, const std::string& language)
 {
     const auto isWanted = [&language](const Translations::value_type& translation) {
-        return translation.first.size() == language.size()
-               && std::mismatch(language.begin(), language.end(), translation.first.begin()).first == language.end();
+        return translation.first.size() == language.size() &&
+               std::mismatch(language.begin(), language.end(), translation.first.begin()).first == language.end();
     };
     const auto found = std::find_if(translations.begin(), translations.end(), isWanted);
     return found == translations.end() ? nullptr : found->second;

@@ -18,7 +18,7 @@ struct qx_message_table
     std::uint32_t facility;
     const std::uint32_t* identifiers;  ///< `count` of them and 0xFFFFFFFF behind
     const char* const* names;
-    const char* const* texts;          ///< printf-style, with %s, %d and %%
+    const char* const* texts;  ///< printf-style, with %s, %d and %%
     const char* extraText;
 };
 
@@ -26,9 +26,9 @@ struct qx_message_table
 struct qx_language_table
 {
     std::uint32_t facility;
-    std::uint32_t reserved;            ///< 0xFFFFFFFF
+    std::uint32_t reserved;  ///< 0xFFFFFFFF
     const std::uint32_t* identifiers;
-    const char* const* texts;          ///< code page 932, with %1 to %9 for the arguments
+    const char* const* texts;  ///< code page 932, with %1 to %9 for the arguments
 };
 
 /// With which message tables are registered.

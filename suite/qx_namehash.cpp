@@ -25,12 +25,9 @@ const char* qx_namehash_add(_namehash_context* context, const char* name)
 {
     if (context == nullptr || name == nullptr)
         return nullptr;
-    try
-    {
+    try {
         return context->names.emplace(name).first->c_str();
-    }
-    catch (const std::bad_alloc&)
-    {
+    } catch (const std::bad_alloc&) {
         return nullptr;
     }
 }

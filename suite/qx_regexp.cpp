@@ -27,7 +27,7 @@ public:
         const auto found = m_patterns.find(text);
         if (found != m_patterns.end())
             return found->second;
-        const PatternPtr pattern = compile(text);
+        PatternPtr pattern = compile(text);
         if (m_patterns.size() >= capacity)
             m_patterns.clear();
         m_patterns.emplace(text, pattern);
@@ -62,12 +62,9 @@ bool qxRegexpi(const char* text, const char* pattern)
 {
     if (text == nullptr || pattern == nullptr)
         return false;
-    try
-    {
+    try {
         return boost::regex_search(text, *patterns().get(pattern), boost::match_single_line);
-    }
-    catch (const std::exception&)
-    {
+    } catch (const std::exception&) {
         return false;
     }
 }

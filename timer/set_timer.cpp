@@ -24,7 +24,7 @@ typedef boost::function0<void> Callback;
 
 /// A deadline that is far away, or never comes, is waited for in pieces: the
 /// clock is read again after each.
-const long longestWaitMsec = 60 * 60 * 1000;
+const long longestWaitMsec = 60L * 60 * 1000;
 
 class zvTimerTaskImpl : public zvTimerTask
 {
@@ -132,8 +132,8 @@ void run(Schedule schedule, const Callback& fn, const time_duration& interval, c
 
 }  // namespace
 
-boost::shared_ptr<zvTimerTask> zvSetTimer(const boost::function0<void>& fn,
-                                          boost::posix_time::time_duration interval, bool repeat)
+boost::shared_ptr<zvTimerTask> zvSetTimer(const boost::function0<void>& fn, boost::posix_time::time_duration interval,
+                                          bool repeat)
 {
     const Flag failed = boost::make_shared<std::atomic<bool>>(false);
     const Schedule schedule = repeat ? &callRepeatedly : &callOnce;

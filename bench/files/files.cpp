@@ -43,8 +43,9 @@ void addRemoval(const char* name, const Tree& tree, int repetitions, std::unique
     all.erase(std::remove_if(all.begin(), all.end(), doesNotRemove), all.end());
     pool.reset(new TreePool(name, tree, all.size() * static_cast<std::size_t>(repetitions)));
     TreePool* const trees = pool.get();
-    const ChangeRow row(named(name), 1, repetitions, [trees] { return trees->take(); },
-                        [](const std::string& path) { return !exists(path); });
+    const ChangeRow row(
+        named(name), 1, repetitions, [trees] { return trees->take(); },
+        [](const std::string& path) { return !exists(path); });
     for (const Contestant& contestant : all)
         row.add(contestant.name, contestant.remove);
 }

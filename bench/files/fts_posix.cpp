@@ -1,6 +1,5 @@
 #include "bench/files/peers_posix.h"
 
-
 #include <fnmatch.h>
 #include <fts.h>
 #include <sys/stat.h>

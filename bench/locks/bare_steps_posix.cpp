@@ -29,7 +29,8 @@ class Steps
 {
 public:
     explicit Steps(const std::string& directory)
-        : m_directory(directory), m_writer(directory + "/.deploy_write_lock"),
+        : m_directory(directory),
+          m_writer(directory + "/.deploy_write_lock"),
           m_reader(directory + "/.deploy_read_lock.1")
     {
         for (std::size_t level = 0; level < 1024; ++level)
@@ -178,7 +179,11 @@ void require(bool isDone)
 template <class Enter, class Leave>
 Lock lockOf(const Enter& enter, const Leave& leave)
 {
-    return Lock{[=] { require(enter()); return true; }, [=] { require(leave()); }, &ownProcessorTime};
+    return Lock{[=] {
+                    require(enter());
+                    return true;
+                },
+                [=] { require(leave()); }, &ownProcessorTime};
 }
 
 Lock makeLock(const std::string& kind, const std::string& directory)
@@ -192,7 +197,12 @@ Lock makeLock(const std::string& kind, const std::string& directory)
         return lockOf([=] { return steps.enterAsWriter(); }, [=] { return steps.leaveAsWriter(); });
     if (kind == "thread")
         return waitingThread();
-    return lockOf([] { Steps::pause(); return true; }, [] { return true; });
+    return lockOf(
+        [] {
+            Steps::pause();
+            return true;
+        },
+        [] { return true; });
 }
 
 }  // namespace

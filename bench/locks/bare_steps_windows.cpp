@@ -34,7 +34,11 @@ Lock makeLock(const std::string& kind, const std::string& directory)
 {
     const std::string path = directory + "\\bare.lock";
     if (kind == "pauses")
-        return Lock{[] { Sleep(pauseMsec); return true; }, [] {}, &ownProcessorTime};
+        return Lock{[] {
+                        Sleep(pauseMsec);
+                        return true;
+                    },
+                    [] {}, &ownProcessorTime};
     return Lock{[=] {
                     Sleep(pauseMsec);
                     createNew(path);

@@ -24,8 +24,8 @@ public:
     bool refreshLockFileUntil(const std::string& name, const boost::posix_time::ptime& deadline) override;
     zvTime64 getModificationTime(const char* name) override;
     bool anyMatch(const char* pattern) override;
-    int findMatchingFilesAndDirs(const char* pattern, const zvStringProcedure& onFile,
-                                 const zvStringProcedure& onDir, int depth, bool stopAtFirst) override;
+    int findMatchingFilesAndDirs(const char* pattern, const zvStringProcedure& onFile, const zvStringProcedure& onDir,
+                                 int depth, bool stopAtFirst) override;
     unsigned short disableWritePermission(const char* path) override;
     unsigned short enableWritePermission(const char* path) override;
 

@@ -65,8 +65,7 @@ void measure(benchmark::State& state, const Texts& texts, const Other& other, Is
     const Texts right = other.of(texts);
     const std::vector<Object> lefts(texts.begin(), texts.end());
     const std::vector<Object> rights(right.begin(), right.end());
-    for (std::size_t i = 0; i < texts.size(); ++i)
-    {
+    for (std::size_t i = 0; i < texts.size(); ++i) {
         if (!require(state, isSame(lefts[i], rights[i]) == other.isEqual))
             return;
     }
@@ -85,10 +84,8 @@ void contestant(const char* name, const Other& other, IsSame isSame)
 
 void registerCompare()
 {
-    for (const Other& other : others)
-    {
-        contestant<zvPathString>("zorvel", other,
-                                 [](const zvPathString& l, const zvPathString& r) { return l == r; });
+    for (const Other& other : others) {
+        contestant<zvPathString>("zorvel", other, [](const zvPathString& l, const zvPathString& r) { return l == r; });
         contestant<std::string>("boost-iequals", other, [](const std::string& l, const std::string& r) {
             return boost::algorithm::iequals(l, r);
         });
@@ -96,10 +93,10 @@ void registerCompare()
             return strcasecmp(l.c_str(), r.c_str()) == 0;
         });
         if (other.isAnswerOfBytes)
-            contestant<std::filesystem::path>("std-path", other, [](const std::filesystem::path& l,
-                                                                    const std::filesystem::path& r) {
-                return l == r;
-            });
+            contestant<std::filesystem::path>("std-path", other,
+                                              [](const std::filesystem::path& l, const std::filesystem::path& r) {
+                                                  return l == r;
+                                              });
     }
 }
 

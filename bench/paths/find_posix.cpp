@@ -42,8 +42,7 @@ void measure(benchmark::State& state, const Texts& texts, const Question& questi
     const Texts names = question.names(texts);
     const std::vector<Object> in(texts.begin(), texts.end());
     const std::vector<Object> wanted(names.begin(), names.end());
-    for (std::size_t i = 0; i < texts.size(); ++i)
-    {
+    for (std::size_t i = 0; i < texts.size(); ++i) {
         if (!require(state, find(in[i], wanted[i]) == texts[i].find(names[i])))
             return;
     }
@@ -74,8 +73,7 @@ std::size_t withBoost(const std::string& text, const std::string& name)
 
 void registerFind()
 {
-    for (const Question& question : questions)
-    {
+    for (const Question& question : questions) {
         contestant<zvPathString>("zorvel", question,
                                  [](const zvPathString& text, const zvPathString& name) { return text.find(name); });
         contestant<std::string>("strcasestr", question, &withStrcasestr);

@@ -14,12 +14,10 @@ namespace {
 Texts doubled(const Texts& texts)
 {
     Texts changed;
-    for (const std::string& text : texts)
-    {
+    for (const std::string& text : texts) {
         std::string more;
         int separators = 0;
-        for (char byte : text)
-        {
+        for (char byte : text) {
             more += byte;
             if (byte == '/' && ++separators % 3 == 0)
                 more += '/';

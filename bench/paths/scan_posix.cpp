@@ -73,8 +73,7 @@ void lastOfPath(const char* contestant, Find find)
 {
     inBothCodePages("last-separator", contestant, [find](benchmark::State& state, const Texts& texts) {
         const Texts paths = withBackslashes(texts);
-        for (const std::string& path : paths)
-        {
+        for (const std::string& path : paths) {
             if (!require(state, find(path) == ours(path)))
                 return;
         }

@@ -30,8 +30,7 @@ private:
 template <class Work>
 void inBothCodePages(const std::string& row, const char* contestant, Work work)
 {
-    for (const CodePage& page : codePages())
-    {
+    for (const CodePage& page : codePages()) {
         const std::string name = row + "-" + page.suffix + "/" + contestant;
         benchmark::RegisterBenchmark(name.c_str(), [&page, work](benchmark::State& state) {
             const LocaleScope scope(page.locale);
@@ -45,8 +44,7 @@ template <class Work>
 void overTexts(benchmark::State& state, std::size_t count, Work work)
 {
     std::size_t i = 0;
-    for (auto _ : state)
-    {
+    for (auto _ : state) {
         benchmark::DoNotOptimize(work(i));
         if (++i == count)
             i = 0;

@@ -50,8 +50,7 @@ bool isLead(char byte)
 
 std::string capitals(std::string text, bool doubleByte)
 {
-    for (std::size_t i = 0; i < text.size(); ++i)
-    {
+    for (std::size_t i = 0; i < text.size(); ++i) {
         if (doubleByte && isLead(text[i]))
             ++i;
         else if (text[i] >= 'a' && text[i] <= 'z')

@@ -22,8 +22,7 @@ template <class Semaphore>
     ::prctl(PR_SET_PDEATHSIG, SIGKILL);
     Semaphore there(name + "-there");
     Semaphore back(name + "-back");
-    while (there.acquire() && back.release())
-    {
+    while (there.acquire() && back.release()) {
     }
     ::_exit(1);
 }
@@ -62,8 +61,7 @@ public:
     double measure(int exchanges) override
     {
         const auto begin = std::chrono::steady_clock::now();
-        for (int i = 0; i < exchanges; ++i)
-        {
+        for (int i = 0; i < exchanges; ++i) {
             m_there.release();
             m_back.acquire();
         }
@@ -97,8 +95,7 @@ void measure(RowFile& rows, bool quick)
                                 contestant<BoostSemaphore>("boost-named")};
     for (const Contestant& each : contestants)
         each.exchange->measure(100);
-    for (int round = 0; round < (quick ? 10 : 50); ++round)
-    {
+    for (int round = 0; round < (quick ? 10 : 50); ++round) {
         for (const Contestant& each : contestants)
             rows.add("semaphore-handover", each.name, "us", each.exchange->measure(1000));
     }

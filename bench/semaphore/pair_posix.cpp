@@ -18,8 +18,7 @@ void pair(benchmark::State& state, const char* kind)
     const std::string name = "zorvel-bench-" + std::string(kind) + std::to_string(::getpid());
     Semaphore semaphore(name);
     Semaphore::remove(name);
-    for (auto _ : state)
-    {
+    for (auto _ : state) {
         if (!semaphore.acquire() || !semaphore.release())
             state.SkipWithError("refused");
     }

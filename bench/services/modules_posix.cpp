@@ -16,8 +16,7 @@ char path[2562];
 
 void ours(benchmark::State& state)
 {
-    for (auto _ : state)
-    {
+    for (auto _ : state) {
         if (!zvGetLoadedModuleFullPath(path, wanted, nullptr, 0))
             state.SkipWithError("not found");
         benchmark::DoNotOptimize(path[0]);
@@ -43,8 +42,7 @@ bool iterate()
 
 void bare(benchmark::State& state)
 {
-    for (auto _ : state)
-    {
+    for (auto _ : state) {
         if (!iterate())
             state.SkipWithError("not found");
         benchmark::DoNotOptimize(path[0]);
@@ -55,8 +53,7 @@ void bare(benchmark::State& state)
 void withExecutable(benchmark::State& state)
 {
     char executable[2562];
-    for (auto _ : state)
-    {
+    for (auto _ : state) {
         benchmark::DoNotOptimize(::readlink("/proc/self/exe", executable, sizeof executable));
         if (!iterate())
             state.SkipWithError("not found");

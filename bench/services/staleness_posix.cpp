@@ -33,8 +33,7 @@ void ours(benchmark::State& state)
     const boost::posix_time::ptime deadline(boost::posix_time::pos_infin);
     zvLockFileIsStale isStale(file.directory(), zvGetDefaultFSImp());
     isStale(file.path(), 30, deadline);
-    for (auto _ : state)
-    {
+    for (auto _ : state) {
         if (isStale(file.path(), 30, deadline))
             state.SkipWithError("stale");
     }
@@ -45,8 +44,7 @@ void bareStat(benchmark::State& state)
 {
     const LockFile file;
     struct stat status;
-    for (auto _ : state)
-    {
+    for (auto _ : state) {
         if (::stat(file.path(), &status) != 0 || status.st_mtime + 30 < std::time(nullptr))
             state.SkipWithError("stale");
     }
@@ -57,8 +55,7 @@ void statxOfServer(benchmark::State& state)
 {
     const LockFile file;
     struct statx status;
-    for (auto _ : state)
-    {
+    for (auto _ : state) {
         if (::statx(AT_FDCWD, file.path(), AT_STATX_FORCE_SYNC, STATX_MTIME, &status) != 0)
             state.SkipWithError("gone");
     }

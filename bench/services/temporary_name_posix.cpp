@@ -38,8 +38,7 @@ void withMktemp(benchmark::State& state)
 {
     const std::string unused = pattern();
     char name[256];
-    for (auto _ : state)
-    {
+    for (auto _ : state) {
         std::strcpy(name, unused.c_str());
         benchmark::DoNotOptimize(::mktemp(name));
     }
@@ -48,8 +47,7 @@ void withMktemp(benchmark::State& state)
 /// Allocates the name, which the caller frees.
 void withTempnam(benchmark::State& state)
 {
-    for (auto _ : state)
-    {
+    for (auto _ : state) {
         char* const name = ::tempnam(nullptr, "tp");
         benchmark::DoNotOptimize(name);
         std::free(name);
@@ -63,8 +61,7 @@ void oneQuestion(benchmark::State& state)
     std::string name = pattern();
     struct stat status;
     unsigned number = 0;
-    for (auto _ : state)
-    {
+    for (auto _ : state) {
         ++number;
         for (std::size_t i = 1; i <= 6; ++i)
             name[name.size() - i] = static_cast<char>('A' + (number >> (4 * i - 4)) % 16);

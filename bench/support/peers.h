@@ -11,8 +11,8 @@ namespace bench {
 /// The versions of the libraries that every peer comes from.
 inline std::string versionsOfLibraries()
 {
-    std::string versions = "Boost " + std::to_string(BOOST_VERSION / 100000) + "."
-                           + std::to_string(BOOST_VERSION / 100 % 1000);
+    std::string versions =
+        "Boost " + std::to_string(BOOST_VERSION / 100000) + "." + std::to_string(BOOST_VERSION / 100 % 1000);
 #if defined(__GLIBC__)
     versions += ", GNU C library " + std::to_string(__GLIBC__) + "." + std::to_string(__GLIBC_MINOR__);
 #endif

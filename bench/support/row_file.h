@@ -24,8 +24,8 @@ public:
     void addAt(const std::string& growth, const std::string& contestant, double x, const std::string& unit,
                double sample)
     {
-        entry("\"growth\": \"" + growth + "\", \"contestant\": \"" + contestant + "\", \"x\": " + std::to_string(x)
-              + ", \"unit\": \"" + unit + "\"")
+        entry("\"growth\": \"" + growth + "\", \"contestant\": \"" + contestant + "\", \"x\": " + std::to_string(x) +
+              ", \"unit\": \"" + unit + "\"")
             .push_back(sample);
     }
 
@@ -33,8 +33,7 @@ public:
     {
         std::ofstream file(name);
         const char* between = "[";
-        for (const auto& entry : m_entries)
-        {
+        for (const auto& entry : m_entries) {
             file << between << "\n  {" << entry.first << ", \"samples\": [";
             for (std::size_t i = 0; i < entry.second.size(); ++i)
                 file << (i ? ", " : "") << entry.second[i];
@@ -48,8 +47,7 @@ public:
 private:
     std::vector<double>& entry(const std::string& head)
     {
-        for (auto& known : m_entries)
-        {
+        for (auto& known : m_entries) {
             if (known.first == head)
                 return known.second;
         }
@@ -68,8 +66,7 @@ struct RowOptions
 
     bool read(int argc, char** argv)
     {
-        for (int i = 1; i < argc; ++i)
-        {
+        for (int i = 1; i < argc; ++i) {
             const std::string argument = argv[i];
             if (argument == "--quick")
                 quick = true;
@@ -87,8 +84,7 @@ template <class Measure>
 int measureRows(int argc, char** argv, Measure measure)
 {
     RowOptions options;
-    if (!options.read(argc, argv))
-    {
+    if (!options.read(argc, argv)) {
         std::cerr << "usage: " << argv[0] << " --out FILE [--quick]\n";
         return 2;
     }

@@ -42,8 +42,7 @@ void setOurs(int count)
 void setAsio(int count)
 {
     AsioLoop* const loop = new AsioLoop;
-    for (int i = 0; i < count; ++i)
-    {
+    for (int i = 0; i < count; ++i) {
         const auto timer = std::make_shared<boost::asio::steady_timer>(loop->context(), std::chrono::hours(1));
         timer->async_wait([timer](const boost::system::error_code&) {});
     }
@@ -88,10 +87,8 @@ void measureCount(RowFile& rows, int count, const Contestant& contestant)
 
 void measureMemory(RowFile& rows, int rounds)
 {
-    for (int round = 0; round < rounds; ++round)
-    {
-        for (const int count : {10, 50, 100, 200})
-        {
+    for (int round = 0; round < rounds; ++round) {
+        for (const int count : {10, 50, 100, 200}) {
             for (const Contestant& contestant : contestants)
                 measureCount(rows, count, contestant);
         }

@@ -40,8 +40,7 @@ public:
 
     ~Hogs()
     {
-        for (const pid_t child : m_children)
-        {
+        for (const pid_t child : m_children) {
             ::kill(child, SIGKILL);
             ::waitpid(child, nullptr, 0);
         }
@@ -80,8 +79,7 @@ public:
     std::vector<double> lateness() const
     {
         std::vector<double> late;
-        for (std::size_t i = 0; i < m_times.size(); ++i)
-        {
+        for (std::size_t i = 0; i < m_times.size(); ++i) {
             const Clock::duration due = period * static_cast<long>(i + 1);
             late.push_back(std::chrono::duration<double, std::micro>(m_times[i] - due).count());
         }
@@ -139,8 +137,8 @@ double processorTime()
 double mean(const std::vector<double>& all, std::size_t first, std::size_t end)
 {
     const auto begin = all.begin();
-    return std::accumulate(begin + static_cast<long>(first), begin + static_cast<long>(end), 0.0)
-           / static_cast<double>(end - first);
+    return std::accumulate(begin + static_cast<long>(first), begin + static_cast<long>(end), 0.0) /
+           static_cast<double>(end - first);
 }
 
 /// Median, p99, drift per second and processor time per second of one run.
@@ -173,8 +171,7 @@ void measureOnce(RowFile& rows, const char* contestant, std::vector<double> (*ru
 void measurePunctuality(RowFile& rows, int rounds)
 {
     const Hogs hogs;
-    for (int round = 0; round < rounds; ++round)
-    {
+    for (int round = 0; round < rounds; ++round) {
         measureOnce(rows, "zorvel", &ours);
         measureOnce(rows, "asio", &asio);
     }

@@ -26,8 +26,7 @@ void asio(benchmark::State& state)
 {
     std::atomic<int> calls(0);
     AsioLoop loop;
-    for (auto _ : state)
-    {
+    for (auto _ : state) {
         boost::asio::steady_timer timer(loop.context(), std::chrono::hours(1));
         timer.async_wait([&calls](const boost::system::error_code& code) { calls += !code; });
         timer.cancel();
@@ -40,8 +39,7 @@ void asioWaited(benchmark::State& state)
 {
     std::atomic<int> calls(0);
     AsioLoop loop;
-    for (auto _ : state)
-    {
+    for (auto _ : state) {
         std::atomic<bool> isOver(false);
         boost::asio::steady_timer timer(loop.context(), std::chrono::hours(1));
         timer.async_wait([&](const boost::system::error_code& code) {
@@ -58,8 +56,7 @@ void asioWaited(benchmark::State& state)
 /// A timer has a thread of its own from the moment at which it is set: the thread alone.
 void thread(benchmark::State& state)
 {
-    for (auto _ : state)
-    {
+    for (auto _ : state) {
         boost::thread sleeper([] { boost::this_thread::sleep(boost::posix_time::hours(1)); });
         sleeper.interrupt();
         sleeper.join();

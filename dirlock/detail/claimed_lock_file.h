@@ -11,8 +11,7 @@ namespace dirlock {
 boost::posix_time::time_duration refreshInterval(bool skipRefresh);
 
 /// Makes the lock file object that touches and refreshes a file.
-boost::shared_ptr<zvLockFile> makeLockFile(const std::string& name,
-                                           const boost::posix_time::time_duration& interval,
+boost::shared_ptr<zvLockFile> makeLockFile(const std::string& name, const boost::posix_time::time_duration& interval,
                                            const boost::shared_ptr<zvAbstractFS>& fs);
 
 /// The same for a file that this process has claimed: on an exception the file

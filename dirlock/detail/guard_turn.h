@@ -21,10 +21,7 @@ public:
     /// Waits for the guard until a deadline on the local clock. Whether it came
     /// is not looked at, on purpose: whoever has waited until its deadline
     /// still takes a look and goes on without the guard.
-    void begin(const boost::posix_time::ptime& deadline)
-    {
-        m_guard.acquire(deadline - platform::localTime(), false);
-    }
+    void begin(const boost::posix_time::ptime& deadline) { m_guard.acquire(deadline - platform::localTime(), false); }
 
     /// Without effect when the guard did not come.
     void end() { m_guard.release(); }

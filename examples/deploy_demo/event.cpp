@@ -11,9 +11,9 @@ namespace demo {
 namespace {
 
 /// In the order of Word.
-const char* const words[] = {"ready", "clock",    "queue",   "cleared", "hold",   "met",        "half",
-                             "start", "stall",    "deployed", "spoiled", "lower", "served",     "unfinished",
-                             "torn",  "leave",    "free",    "done",    "killed"};
+const char* const words[] = {"ready", "clock", "queue",    "cleared", "hold",  "met",    "half",
+                             "start", "stall", "deployed", "spoiled", "lower", "served", "unfinished",
+                             "torn",  "leave", "free",     "done",    "killed"};
 
 }  // namespace
 

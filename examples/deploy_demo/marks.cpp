@@ -34,9 +34,7 @@ void takeAway(const fs::path& directory, const std::vector<std::string>& names)
 
 }  // namespace
 
-Marks::Marks(const fs::path& root) : m_readers(root / "marks" / "readers"), m_writers(root / "marks" / "writers")
-{
-}
+Marks::Marks(const fs::path& root) : m_readers(root / "marks" / "readers"), m_writers(root / "marks" / "writers") {}
 
 void Marks::create()
 {

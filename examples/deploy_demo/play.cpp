@@ -53,9 +53,9 @@ Play::Play(const Cast& cast, const std::filesystem::path& directory, Progress& p
       m_progress(progress),
       m_history(cast.members),
       m_offsets(cast.members.size(), 0),
-      m_writers(static_cast<std::size_t>(
-          std::count_if(cast.members.begin(), cast.members.end(),
-                        [](const Member& member) { return member.role == Role::writer; })))
+      m_writers(
+          static_cast<std::size_t>(std::count_if(cast.members.begin(), cast.members.end(),
+                                                 [](const Member& member) { return member.role == Role::writer; })))
 {
 }
 

@@ -81,9 +81,7 @@ bool operator==(const Manifest& left, const Manifest& right)
            left.sums == right.sums;
 }
 
-ReleaseStore::ReleaseStore(const fs::path& root) : m_root(root), m_live(root / "live")
-{
-}
+ReleaseStore::ReleaseStore(const fs::path& root) : m_root(root), m_live(root / "live") {}
 
 void ReleaseStore::create(const std::string& author)
 {

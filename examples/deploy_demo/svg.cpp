@@ -24,7 +24,8 @@ Svg::Svg(double width, double height, const std::string& style, const std::strin
     m_out << std::fixed << std::setprecision(1);
     m_out << "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"" << width << "\" height=\"" << height
           << "\" viewBox=\"0 0 " << width << ' ' << height << "\">\n<style>\n"
-          << style << "</style>\n<defs>\n" << definitions << "</defs>\n";
+          << style << "</style>\n<defs>\n"
+          << definitions << "</defs>\n";
 }
 
 void Svg::rectangle(const std::string& style, double x, double y, double width, double height, const std::string& tip)

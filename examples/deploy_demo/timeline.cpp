@@ -118,8 +118,7 @@ private:
 
     std::string tipOf(const Interval& interval) const
     {
-        const std::string times =
-            secondsText(second(interval.from), 3) + " to " + secondsText(second(interval.to), 3);
+        const std::string times = secondsText(second(interval.from), 3) + " to " + secondsText(second(interval.to), 3);
         const std::string release = " release " + std::to_string(interval.release);
         const std::string torn = interval.found == Finding::torn ? ", torn" : "";
         const std::string deed = interval.activity == Activity::waiting      ? " waits"

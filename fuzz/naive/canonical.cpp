@@ -6,8 +6,7 @@ namespace naive {
 std::vector<std::string> split(const std::string& text, char separator, LeadTest isLead)
 {
     std::vector<std::string> pieces(1);
-    for (const Character& character : charactersOf(text, isLead))
-    {
+    for (const Character& character : charactersOf(text, isLead)) {
         if (character.separates && text[character.index] == separator)
             pieces.push_back(std::string());
         else
@@ -42,8 +41,7 @@ std::string collapsed(const std::string& text, LeadTest isLead)
     const bool relative = prefix.empty();
     const std::size_t kept = prefix == "\\\\" ? 1 : 0;
     std::vector<std::string> names;
-    for (const std::string& name : split(text.substr(prefix.size()), '\\', isLead))
-    {
+    for (const std::string& name : split(text.substr(prefix.size()), '\\', isLead)) {
         const bool first = relative && prefix.empty() && names.empty();
         if (name == "." || (first && name.empty()))
             continue;
@@ -65,8 +63,7 @@ std::string collapsed(const std::string& text, LeadTest isLead)
 std::string nativePath(const std::string& path, LeadTest isLead)
 {
     std::string native;
-    for (const Character& character : charactersOf(path, isLead))
-    {
+    for (const Character& character : charactersOf(path, isLead)) {
         if (character.separates)
             native += '/';
         else
@@ -84,8 +81,7 @@ std::string fullPath(const std::string& path, const std::string& directory, Lead
     if (native.empty() || native[0] != '/')
         native = directory + "/" + native;
     std::vector<std::string> names;
-    for (const std::string& name : split(native, '/', &noLeadByte))
-    {
+    for (const std::string& name : split(native, '/', &noLeadByte)) {
         if (name == ".." && !names.empty())
             names.pop_back();
         else if (name != ".." && name != "." && !name.empty())
@@ -99,8 +95,8 @@ bool isSpace(char byte)
     return std::string(" \t\n\v\f\r").find(byte) != std::string::npos;
 }
 
-Canonical canonicalized(const std::string& memory, std::size_t length, std::size_t size,
-                        const std::string& directory, LeadTest isLead)
+Canonical canonicalized(const std::string& memory, std::size_t length, std::size_t size, const std::string& directory,
+                        LeadTest isLead)
 {
     const std::string input = memory.substr(0, length);
     const std::string text = input.substr(0, input.find('\0'));
@@ -112,8 +108,7 @@ Canonical canonicalized(const std::string& memory, std::size_t length, std::size
     const std::string all = copied ? text : memory.substr(0, memory.find('\0'));
     const std::string path = blank ? "." : all.substr(skipped);
 
-    if (size > 0 && isSeparator(path[0]))
-    {
+    if (size > 0 && isSeparator(path[0])) {
         const std::string result = collapsed(path, isLead);
         return {true, result.size() < size ? result : "", false};
     }

@@ -35,8 +35,8 @@ struct Canonical
 
 /// memory: what can be read from the input's first byte on, its own terminator
 /// included; length: of the input. size: of the buffer, 0 for none.
-Canonical canonicalized(const std::string& memory, std::size_t length, std::size_t size,
-                        const std::string& directory, LeadTest isLead);
+Canonical canonicalized(const std::string& memory, std::size_t length, std::size_t size, const std::string& directory,
+                        LeadTest isLead);
 
 }  // namespace naive
 }  // namespace zorvel

@@ -63,8 +63,7 @@ bool sameCharacters(const std::string& left, const std::string& right, LeadTest 
     const std::vector<Character> r = charactersOf(right, isLead);
     if (l.size() != r.size())
         return false;
-    for (std::size_t i = 0; i < l.size(); ++i)
-    {
+    for (std::size_t i = 0; i < l.size(); ++i) {
         if (l[i].key != r[i].key)
             return false;
     }
@@ -79,8 +78,7 @@ std::size_t find(const std::string& text, const std::string& wanted, std::size_t
         return from;
     const std::vector<Character> all = charactersOf(text, isLead);
     const std::vector<Character> keys = charactersOf(wanted, isLead);
-    for (std::size_t i = 0; i < all.size(); ++i)
-    {
+    for (std::size_t i = 0; i < all.size(); ++i) {
         std::size_t same = 0;
         while (same < keys.size() && i + same < all.size() && all[i + same].key == keys[same].key)
             ++same;

@@ -16,14 +16,14 @@ struct Glyph
 };
 
 const Glyph glyphs[] = {
-    {"\x83\x5A", "\x83\x5A", "\x83\x5A", "\xA5\xBB", "\xE3\x82\xBB"},      // katakana SE
-    {"\x83\x5C", "\x83\x5C", "\x83\x5C", "\xA5\xBD", "\xE3\x82\xBD"},      // katakana SO, second byte '\'
-    {"\x95\x5C", "\x95\x5C", "\x95\x5C", "\xC9\xBD", "\xE8\xA1\xA8"},      // the kanji for a table, second byte '\'
-    {"\xB1", "\xB1", "\xB1", "\x8E\xB1", "\xEF\xBD\xB1"},                  // katakana A of half width, one byte
-    {"\x81\x5B", "\x81\x5B", "\x81\x5B", "\xA1\xBC", "\xE3\x83\xBC"},      // the long vowel
-    {"\x87\x40", nullptr, "\x87\x40", nullptr, "\xE2\x91\xA0"},            // one in a circle
-    {"\x81\x42", "\x81\x42", "\x81\x42", "\xA1\xA3", "\xE3\x80\x82"},      // the full stop
-    {"\x81 ", nullptr, nullptr, nullptr, nullptr},                         // no character
+    {"\x83\x5A", "\x83\x5A", "\x83\x5A", "\xA5\xBB", "\xE3\x82\xBB"},  // katakana SE
+    {"\x83\x5C", "\x83\x5C", "\x83\x5C", "\xA5\xBD", "\xE3\x82\xBD"},  // katakana SO, second byte '\'
+    {"\x95\x5C", "\x95\x5C", "\x95\x5C", "\xC9\xBD", "\xE8\xA1\xA8"},  // the kanji for a table, second byte '\'
+    {"\xB1", "\xB1", "\xB1", "\x8E\xB1", "\xEF\xBD\xB1"},              // katakana A of half width, one byte
+    {"\x81\x5B", "\x81\x5B", "\x81\x5B", "\xA1\xBC", "\xE3\x83\xBC"},  // the long vowel
+    {"\x87\x40", nullptr, "\x87\x40", nullptr, "\xE2\x91\xA0"},        // one in a circle
+    {"\x81\x42", "\x81\x42", "\x81\x42", "\xA1\xA3", "\xE3\x80\x82"},  // the full stop
+    {"\x81 ", nullptr, nullptr, nullptr, nullptr},                     // no character
 };
 
 const Glyph* glyphOf(char byte)
@@ -33,18 +33,12 @@ const Glyph* glyphOf(char byte)
 
 const char* bytesIn(const Glyph& glyph, Codeset codeset)
 {
-    switch (codeset)
-    {
-    case Codeset::shiftJis:
-        return glyph.shiftJis;
-    case Codeset::windows31j:
-        return glyph.windows31j;
-    case Codeset::eucJp:
-        return glyph.eucJp;
-    case Codeset::utf8:
-        return glyph.utf8;
-    case Codeset::ascii:
-        break;
+    switch (codeset) {
+    case Codeset::shiftJis: return glyph.shiftJis;
+    case Codeset::windows31j: return glyph.windows31j;
+    case Codeset::eucJp: return glyph.eucJp;
+    case Codeset::utf8: return glyph.utf8;
+    case Codeset::ascii: break;
     }
     return nullptr;
 }
@@ -75,8 +69,7 @@ std::string inCodePage932(const std::string& written)
 std::optional<std::string> inCodeset(const std::string& written, Codeset codeset)
 {
     std::string text;
-    for (const char byte : written)
-    {
+    for (const char byte : written) {
         const Glyph* const glyph = glyphOf(byte);
         const char* const bytes = glyph ? bytesIn(*glyph, codeset) : nullptr;
         if (glyph && !bytes)
@@ -89,8 +82,7 @@ std::optional<std::string> inCodeset(const std::string& written, Codeset codeset
 std::optional<std::string> conversionsOf(const std::string& english)
 {
     std::string conversions;
-    for (std::size_t i = 0; i < english.size(); ++i)
-    {
+    for (std::size_t i = 0; i < english.size(); ++i) {
         if (english[i] != '%')
             continue;
         const std::string next = english.substr(++i, 1);
@@ -105,8 +97,7 @@ std::string filledInOrder(const std::string& english, const std::vector<std::str
 {
     std::string text;
     std::size_t used = 0;
-    for (std::size_t i = 0; i < english.size(); ++i)
-    {
+    for (std::size_t i = 0; i < english.size(); ++i) {
         if (english[i] != '%')
             text += english[i];
         else
@@ -118,10 +109,8 @@ std::string filledInOrder(const std::string& english, const std::vector<std::str
 std::string filledByNumber(const std::string& translation, const std::vector<std::string>& arguments)
 {
     std::string text;
-    for (std::size_t i = 0; i < translation.size(); ++i)
-    {
-        if (translation[i] != '%')
-        {
+    for (std::size_t i = 0; i < translation.size(); ++i) {
+        if (translation[i] != '%') {
             text += translation[i];
             continue;
         }

@@ -7,7 +7,14 @@
 namespace zorvel {
 namespace naive {
 
-enum class Codeset { ascii, shiftJis, windows31j, eucJp, utf8 };
+enum class Codeset
+{
+    ascii,
+    shiftJis,
+    windows31j,
+    eucJp,
+    utf8
+};
 
 /// A text of a translation is written down with capitals for its Japanese
 /// characters: 'A' to 'G', and 'H' for bytes that are no character. Everything

@@ -12,8 +12,7 @@ bool isBlank(char byte)
 static std::size_t firstPair(const std::string& text, LeadTest isLead)
 {
     const std::vector<Character> characters = charactersOf(text, isLead);
-    for (std::size_t i = 0; i + 1 < characters.size(); ++i)
-    {
+    for (std::size_t i = 0; i + 1 < characters.size(); ++i) {
         if (characters[i].index >= 1 && characters[i].separates && characters[i + 1].separates)
             return characters[i].index;
     }
@@ -22,8 +21,7 @@ static std::size_t firstPair(const std::string& text, LeadTest isLead)
 
 std::string withoutDoubledSeparators(std::string text, LeadTest isLead)
 {
-    for (const Character& character : charactersOf(text, isLead))
-    {
+    for (const Character& character : charactersOf(text, isLead)) {
         if (character.separates)
             text[character.index] = '\\';
     }
@@ -54,13 +52,10 @@ std::string normalized(const std::string& text, LeadTest isLead, LeadTest isCode
 
 std::string joined(const std::string& path, std::string piece, LeadTest isLead)
 {
-    if (path.empty() && piece.size() >= 3 && isSeparator(piece[0]))
-    {
+    if (path.empty() && piece.size() >= 3 && isSeparator(piece[0])) {
         while (piece.size() > 2 && isSeparator(piece[1]) && isSeparator(piece[2]))
             piece.erase(0, 1);
-    }
-    else if (path.empty() && piece.size() == 2 && isSeparator(piece[0]) && isSeparator(piece[1]))
-    {
+    } else if (path.empty() && piece.size() == 2 && isSeparator(piece[0]) && isSeparator(piece[1])) {
         piece.erase(0, 1);
     }
     while (!path.empty() && !piece.empty() && isSeparator(piece[0]))

@@ -22,8 +22,7 @@ std::string printed(const std::string& escaped)
 std::string escapedSemaphoreName(const std::string& name)
 {
     std::string escaped;
-    for (const char byte : name)
-    {
+    for (const char byte : name) {
         if (byte == '_')
             escaped += "__";
         else if (byte == '\\')
@@ -40,8 +39,8 @@ std::string longNameMessage(const std::string& escaped)
 {
     if (escaped.size() <= 1281)
         return "";
-    return line("Cannot open semaphore " + printed(escaped) + ". The name is " + std::to_string(escaped.size())
-                + " characters long. Maximum name length is 1281.");
+    return line("Cannot open semaphore " + printed(escaped) + ". The name is " + std::to_string(escaped.size()) +
+                " characters long. Maximum name length is 1281.");
 }
 
 std::string failureMessage(const std::string& verb, const std::string& escaped, const std::string& reason)

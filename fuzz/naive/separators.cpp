@@ -6,8 +6,7 @@ namespace naive {
 std::size_t lastSeparator(const std::string& text, LeadTest isLead)
 {
     std::size_t found = std::string::npos;
-    for (const Character& character : charactersOf(text, isLead))
-    {
+    for (const Character& character : charactersOf(text, isLead)) {
         if (character.separates)
             found = character.index;
     }
@@ -17,8 +16,7 @@ std::size_t lastSeparator(const std::string& text, LeadTest isLead)
 std::size_t lastNotSeparator(const std::string& text, LeadTest isLead)
 {
     std::size_t found = std::string::npos;
-    for (const Character& character : charactersOf(text, isLead))
-    {
+    for (const Character& character : charactersOf(text, isLead)) {
         if (!character.separates)
             found = character.end() - 1;
     }
@@ -28,8 +26,7 @@ std::size_t lastNotSeparator(const std::string& text, LeadTest isLead)
 bool separatesAt(const std::string& text, std::size_t index, LeadTest isLead)
 {
     std::size_t i = 0;
-    while (i < index)
-    {
+    while (i < index) {
         const bool lead = isLead(static_cast<unsigned char>(text[i]));
         if (lead && i + 1 == index)
             return false;
@@ -51,8 +48,7 @@ bool isRoot(const std::string& text)
         return true;
     if (text[text.size() - 2] != ':')
         return false;
-    for (const char byte : text.substr(0, text.size() - 2))
-    {
+    for (const char byte : text.substr(0, text.size() - 2)) {
         if (!((byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z')))
             return false;
     }

@@ -15,8 +15,7 @@ Entry& Entry::add(Kind added, const std::string& addedName, const std::string& a
 
 Entry* Entry::find(const std::string& wanted)
 {
-    for (Entry& entry : entries)
-    {
+    for (Entry& entry : entries) {
         if (entry.name == wanted)
             return &entry;
     }
@@ -65,25 +64,21 @@ bool TreeWalk::resolve(const std::string& native, Entry*& entry) const
 {
     std::string rest = native;
     entry = &m_start;
-    if (!native.empty() && native[0] == '/')
-    {
+    if (!native.empty() && native[0] == '/') {
         if ((native + "/").compare(0, m_path.size() + 1, m_path + "/") != 0)
             return false;
         rest = native.substr(m_path.size());
         entry = &m_root;
     }
-    for (const std::string& name : split(rest, '/', &noLeadByte))
-    {
+    for (const std::string& name : split(rest, '/', &noLeadByte)) {
         if (name.empty())
             continue;
-        if (!entry->isDirectory())
-        {
+        if (!entry->isDirectory()) {
             entry = nullptr;
             return true;
         }
         entry = entry->behind();
-        if (name == "." || name == "..")
-        {
+        if (name == "." || name == "..") {
             entry = name == "." ? entry : entry->parent;
             if (entry == nullptr)
                 return false;
@@ -99,8 +94,7 @@ bool TreeWalk::resolve(const std::string& native, Entry*& entry) const
 
 void TreeWalk::list(Entry& directory, const std::string& path, const std::string& component, int depth, bool top)
 {
-    for (Entry& entry : directory.entries)
-    {
+    for (Entry& entry : directory.entries) {
         const bool named = nativePath(entry.name, m_isLead) == entry.name;
         const bool matches = hasWildcards(component) ? matchesWildcards(component, entry.name, m_isLead)
                                                      : nativePath(component, m_isLead) == entry.name;

@@ -11,7 +11,12 @@ namespace naive {
 /// An entry of a tree of files that is kept in memory.
 struct Entry
 {
-    enum Kind { file, directory, link };
+    enum Kind
+    {
+        file,
+        directory,
+        link
+    };
 
     std::string name;
     Kind kind;

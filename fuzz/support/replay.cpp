@@ -26,10 +26,8 @@ void run(const std::filesystem::path& file)
 int main(int argc, char** argv)
 {
     int count = 0;
-    for (int i = 1; i < argc; ++i)
-    {
-        for (const auto& entry : std::filesystem::directory_iterator(argv[i]))
-        {
+    for (int i = 1; i < argc; ++i) {
+        for (const auto& entry : std::filesystem::directory_iterator(argv[i])) {
             run(entry.path());
             ++count;
         }

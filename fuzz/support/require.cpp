@@ -9,8 +9,7 @@ namespace fuzz {
 std::string shown(const std::string& text)
 {
     std::string result = "\"";
-    for (const char byte : text)
-    {
+    for (const char byte : text) {
         const unsigned value = static_cast<unsigned char>(byte);
         char escaped[8];
         const bool printable = value >= 0x20 && value < 0x7F && value != '"' && value != '\\';

@@ -23,8 +23,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     fuzz::require(zvCollapsePath(out.data(), in.data()) == out.data(), "the buffer is returned");
     fuzz::requireSame(expected, std::string(out.data()), "collapsed");
 
-    if (text.size() < 260)
-    {
+    if (text.size() < 260) {
         fuzz::HeapText both = fuzz::HeapText::terminated(text, 260 - text.size());
         zvCollapsePath(both.data(), both.data());
         fuzz::requireSame(expected, std::string(both.data()), "collapsed in place");

@@ -89,8 +89,7 @@ template <class Function, class... Given>
 int callWith(const Function& function, const char* conversions, const Arguments& arguments, Given... given)
 {
     const std::size_t index = sizeof...(given);
-    if constexpr (index < 4)
-    {
+    if constexpr (index < 4) {
         if (conversions[index] == 's')
             return callWith(function, conversions, arguments, given..., arguments.texts[index]);
         if (conversions[index] == 'd')
@@ -119,8 +118,7 @@ std::string shownArgument(char conversion, const Arguments& arguments, std::size
 std::string withFewConversions(std::string english)
 {
     int conversions = 0;
-    for (std::size_t i = 0; i < english.size(); ++i)
-    {
+    for (std::size_t i = 0; i < english.size(); ++i) {
         if (english[i] != '%')
             continue;
         const bool doubled = i + 1 < english.size() && english[i + 1] == '%';
@@ -136,8 +134,7 @@ std::string withFewConversions(std::string english)
 /// codeset: the others become '.'.
 std::string writable(std::string written)
 {
-    for (char& byte : written)
-    {
+    for (char& byte : written) {
         if (byte < ' ' || byte > '}' || byte == '\\')
             byte = '.';
     }
@@ -158,8 +155,7 @@ void requireCut(const std::string& whole, bool certain, std::size_t limit, Codes
 
 bool isAscii(const std::string& text)
 {
-    for (const char byte : text)
-    {
+    for (const char byte : text) {
         if (byte < 0)
             return false;
     }
@@ -184,8 +180,7 @@ void takeArguments(fuzz::Input& input, const std::string& first, Case& message)
     for (std::size_t i = 0; i < 3; ++i)
         message.texts[i] = i == 0 ? first : fuzz::untilNul(input.text());
     message.texts[3] = "fourth";
-    for (std::size_t i = 0; i < 4; ++i)
-    {
+    for (std::size_t i = 0; i < 4; ++i) {
         const std::string& text = message.texts[i];
         message.certain = message.certain && isAscii(text);
         message.arguments.texts[i] = text == "~" ? nullptr : text.c_str();

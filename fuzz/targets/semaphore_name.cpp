@@ -17,11 +17,9 @@ namespace {
 std::string unescaped(const std::string& escaped)
 {
     std::string name;
-    for (std::size_t i = 0; i < escaped.size(); ++i)
-    {
+    for (std::size_t i = 0; i < escaped.size(); ++i) {
         fuzz::require(escaped[i] != '\\' && escaped[i] != ':', "no '\\' and no ':'");
-        if (escaped[i] != '_')
-        {
+        if (escaped[i] != '_') {
             name += escaped[i];
             continue;
         }

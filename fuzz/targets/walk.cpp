@@ -118,8 +118,7 @@ std::string shownAll(const std::multiset<naive::Found>& found)
 /// A directory comes before what is in it.
 void checkOrder(const std::vector<naive::Found>& found)
 {
-    for (std::size_t i = 0; i < found.size(); ++i)
-    {
+    for (std::size_t i = 0; i < found.size(); ++i) {
         for (std::size_t j = i + 1; j < found.size(); ++j)
             fuzz::require(found[i].path.compare(0, found[j].path.size() + 1, found[j].path + "\\") != 0, "the order");
     }
@@ -129,8 +128,8 @@ void checkWalk(const std::string& pattern, int depth, bool stopAtFirst, const na
 {
     fuzz::HeapText text = fuzz::HeapText::terminated(pattern);
     std::vector<naive::Found> found;
-    const int count = zvFindMatchingFilesAndDirs(text.data(), Recorder(found, false), Recorder(found, true), depth,
-                                                 stopAtFirst);
+    const int count =
+        zvFindMatchingFilesAndDirs(text.data(), Recorder(found, false), Recorder(found, true), depth, stopAtFirst);
     fuzz::requireSame(found.size(), static_cast<std::size_t>(count), "the result is the number of calls");
     const std::multiset<naive::Found> sorted(found.begin(), found.end());
     if (!stopAtFirst && sorted != expected.found())

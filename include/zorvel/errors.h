@@ -233,7 +233,7 @@ private:
     };
 
     template <class D>
-    class ResourceImpl : public ResourceBase
+    class ResourceImpl final : public ResourceBase
     {
     public:
         ResourceImpl(D release, T value) : m_release(release), m_value(value) {}

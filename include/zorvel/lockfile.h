@@ -205,8 +205,7 @@ class ZORVEL_API zvLockFileIsStale
 {
 public:
     /// Does not touch the disk. An empty fs throws zvFileAccessError.
-    zvLockFileIsStale(const zvPathString_<zvMBCSSafeString>& directory,
-                      const boost::shared_ptr<zvAbstractFS>& fs);
+    zvLockFileIsStale(const zvPathString_<zvMBCSSafeString>& directory, const boost::shared_ptr<zvAbstractFS>& fs);
 
     /// A copy made after the first question shares the comparison of clocks.
     zvLockFileIsStale(const zvLockFileIsStale& other);

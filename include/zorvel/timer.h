@@ -57,7 +57,6 @@ public:
 /// zvTimerTask::hasFailed(). Throws boost::thread_resource_error when no thread
 /// can be started.
 ZORVEL_API boost::shared_ptr<zvTimerTask> zvSetTimer(const boost::function0<void>& fn,
-                                                     boost::posix_time::time_duration interval,
-                                                     bool repeat);
+                                                     boost::posix_time::time_duration interval, bool repeat);
 
 /// @}

@@ -34,8 +34,8 @@ public:
     /// Where one of two bytes stands.
     Mask equal(char byte, char orThis) const
     {
-        return mask(_mm_or_si128(_mm_cmpeq_epi8(m_bytes, _mm_set1_epi8(byte)),
-                                 _mm_cmpeq_epi8(m_bytes, _mm_set1_epi8(orThis))));
+        return mask(
+            _mm_or_si128(_mm_cmpeq_epi8(m_bytes, _mm_set1_epi8(byte)), _mm_cmpeq_epi8(m_bytes, _mm_set1_epi8(orThis))));
     }
 
     Mask separators() const { return equal('\\', '/'); }
@@ -56,8 +56,7 @@ public:
     /// Writes a byte where a bit of the mask is set, among the first n bytes at p.
     static void write(char* p, std::size_t n, Mask where, char byte)
     {
-        for (std::size_t i = 0; i < n && where != 0; ++i, where >>= 1)
-        {
+        for (std::size_t i = 0; i < n && where != 0; ++i, where >>= 1) {
             if ((where & 1) != 0)
                 p[i] = byte;
         }

@@ -30,8 +30,7 @@ struct ScanSteps
     {
         if (leads == nullptr)
             return found;
-        for (Mask doubtful = found & behindHigh(block, text, i); doubtful != 0; doubtful &= doubtful - 1)
-        {
+        for (Mask doubtful = found & behindHigh(block, text, i); doubtful != 0; doubtful &= doubtful - 1) {
             if (isSecondByte(text, text + i + Block::first(doubtful), *leads))
                 found &= ~(doubtful & (~doubtful + 1));
         }
@@ -43,14 +42,12 @@ struct ScanSteps
 template <class Block>
 const char* Scans<Block>::lastSeparator(const char* first, const char* end)
 {
-    while (first != end)
-    {
+    while (first != end) {
         end = Block::skipBackToSeparator(first, end);
         const std::size_t n = ScanSteps<Block>::atMostBlock(static_cast<std::size_t>(end - first));
         end -= n;
         const typename Block::Mask found = Block::load(end, n).separators();
-        if (found != 0)
-        {
+        if (found != 0) {
             const char* const last = end + Block::last(found);
             return last == first || (last[-1] & 0x80) == 0 ? last : lastSeparatorFrom(first, last);
         }
@@ -61,8 +58,7 @@ const char* Scans<Block>::lastSeparator(const char* first, const char* end)
 template <class Block>
 bool Scans<Block>::holdsHighByte(const char* text, std::size_t size)
 {
-    for (std::size_t i = 0; i < size; i += Block::size)
-    {
+    for (std::size_t i = 0; i < size; i += Block::size) {
         if (Block::load(text + i, ScanSteps<Block>::atMostBlock(size - i)).high() != 0)
             return true;
     }
@@ -73,8 +69,7 @@ bool Scans<Block>::holdsHighByte(const char* text, std::size_t size)
 template <class Block>
 bool Scans<Block>::sameText(const char* left, const char* right, std::size_t size)
 {
-    for (std::size_t i = 0; i < size; i += Block::size)
-    {
+    for (std::size_t i = 0; i < size; i += Block::size) {
         const std::size_t n = ScanSteps<Block>::atMostBlock(size - i);
         const typename Block::Mask differs = Block::load(left + i, n).differs(Block::load(right + i, n));
         if (differs == 0)
@@ -90,8 +85,7 @@ bool Scans<Block>::sameText(const char* left, const char* right, std::size_t siz
 template <class Block>
 bool Scans<Block>::sameRest(const char* left, const char* right, std::size_t size, std::size_t from)
 {
-    for (std::size_t i = from; i < size; i += Block::size)
-    {
+    for (std::size_t i = from; i < size; i += Block::size) {
         const std::size_t n = ScanSteps<Block>::atMostBlock(size - i);
         const Block block = Block::load(left + i, n);
         const Block other = Block::load(right + i, n);
@@ -106,8 +100,7 @@ bool Scans<Block>::sameRest(const char* left, const char* right, std::size_t siz
 template <class Block>
 void Scans<Block>::writeBackslashes(char* text, std::size_t size, Leads leads)
 {
-    for (std::size_t i = 0; i < size; i += Block::size)
-    {
+    for (std::size_t i = 0; i < size; i += Block::size) {
         const std::size_t n = ScanSteps<Block>::atMostBlock(size - i);
         const Block block = Block::load(text + i, n);
         const typename Block::Mask slashes = block.equal('/');
@@ -120,8 +113,7 @@ template <class Block>
 std::size_t Scans<Block>::firstDoubled(const char* text, std::size_t size, std::size_t from, Leads leads)
 {
     typename Block::Mask carried = 0;
-    for (std::size_t i = from; i < size; i += Block::size)
-    {
+    for (std::size_t i = from; i < size; i += Block::size) {
         const Block block = Block::load(text + i, ScanSteps<Block>::atMostBlock(size - i));
         typename Block::Mask separators = block.equal('\\');
         if (separators != 0)
@@ -137,12 +129,11 @@ std::size_t Scans<Block>::firstDoubled(const char* text, std::size_t size, std::
 template <class Block>
 std::size_t Scans<Block>::firstWithEnds(const char* text, std::size_t starts, std::size_t from, const Ends& ends)
 {
-    for (std::size_t i = from; i < starts; i += Block::size)
-    {
+    for (std::size_t i = from; i < starts; i += Block::size) {
         const std::size_t n = ScanSteps<Block>::atMostBlock(starts - i);
-        const typename Block::Mask found = Block::load(text + i, n).equal(ends.first[0], ends.first[1])
-                                           & Block::load(text + i + ends.distance, n).equal(ends.last[0], ends.last[1])
-                                           & Block::lanes(n);
+        const typename Block::Mask found = Block::load(text + i, n).equal(ends.first[0], ends.first[1]) &
+                                           Block::load(text + i + ends.distance, n).equal(ends.last[0], ends.last[1]) &
+                                           Block::lanes(n);
         if (found != 0)
             return i + Block::first(found);
     }

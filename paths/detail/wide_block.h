@@ -36,11 +36,10 @@ public:
     /// Where a separator may be the last one: `end`, or an earlier place with nothing but other bytes behind it.
     static const char* skipBackToSeparator(const char* first, const char* end)
     {
-        while (end - first >= 4 * static_cast<std::ptrdiff_t>(size))
-        {
+        while (end - first >= 4 * static_cast<std::ptrdiff_t>(size)) {
             const char* const p = end - 4 * size;
-            const __m512i front = _mm512_min_epu8(load(p, size).zeroForSeparators(),
-                                                  load(p + size, size).zeroForSeparators());
+            const __m512i front =
+                _mm512_min_epu8(load(p, size).zeroForSeparators(), load(p + size, size).zeroForSeparators());
             const __m512i back = _mm512_min_epu8(load(p + 2 * size, size).zeroForSeparators(),
                                                  load(p + 3 * size, size).zeroForSeparators());
             const __m512i zeros = _mm512_min_epu8(front, back);

@@ -83,8 +83,7 @@ private:
         if (m_count <= m_kept)
             return;
         m_length = m_starts[--m_count];
-        if (m_relative && m_count == 0)
-        {
+        if (m_relative && m_count == 0) {
             m_text[m_length++] = '\\';
             m_relative = false;
         }
@@ -102,21 +101,18 @@ private:
 
 bool canonicalize(const char* in, char* out)
 {
-    if (in == nullptr || strnlen(in, canonicalPathSize) == canonicalPathSize)
-    {
+    if (in == nullptr || strnlen(in, canonicalPathSize) == canonicalPathSize) {
         out[0] = '\0';
         return false;
     }
-    if (in[0] == '\0')
-    {
+    if (in[0] == '\0') {
         std::strcpy(out, "\\");
         return true;
     }
     const std::size_t prefix = prefixLength(in);
     CanonicalPath path(in, prefix);
     const char* name = in + prefix;
-    for (;;)
-    {
+    for (;;) {
         const std::size_t length = componentLength(name);
         path.take(name, length);
         if (name[length] == '\0')

@@ -21,8 +21,7 @@ constexpr Range none = {1, 0};
 
 constexpr void add(LeadBytes& table, const Range& range)
 {
-    for (unsigned byte = range.first; byte <= range.last; ++byte)
-    {
+    for (unsigned byte = range.first; byte <= range.last; ++byte) {
         table.of[byte] = true;
         table.any = true;
     }
@@ -57,27 +56,13 @@ struct Codeset
 /// that those two form the pair and the next character is met at its beginning.
 /// The four-byte characters of GB18030 and EUC-TW read as two pairs.
 const Codeset codesets[] = {
-    {"ANSI_X3.4-1968", ofNone},
-    {"SHIFT_JIS", ofShiftJis},
-    {"SHIFT_JISX0213", ofShiftJis},
-    {"SJIS", ofShiftJis},
-    {"WINDOWS-31J", ofShiftJis},
-    {"CP932", ofShiftJis},
-    {"GBK", ofOthers},
-    {"CP936", ofOthers},
-    {"GB18030", ofOthers},
-    {"UHC", ofOthers},
-    {"CP949", ofOthers},
-    {"JOHAB", ofJohab},
-    {"BIG5", ofOthers},
-    {"BIG5-HKSCS", ofOthers},
-    {"CP950", ofOthers},
-    {"EUC-JP", ofEucJp},
-    {"EUC-JP-MS", ofEucJp},
-    {"EUC-JISX0213", ofEucJp},
-    {"EUC-TW", ofEucJp},
-    {"EUC-KR", ofEuc},
-    {"EUC-CN", ofEuc},
+    {"ANSI_X3.4-1968", ofNone}, {"SHIFT_JIS", ofShiftJis},   {"SHIFT_JISX0213", ofShiftJis},
+    {"SJIS", ofShiftJis},       {"WINDOWS-31J", ofShiftJis}, {"CP932", ofShiftJis},
+    {"GBK", ofOthers},          {"CP936", ofOthers},         {"GB18030", ofOthers},
+    {"UHC", ofOthers},          {"CP949", ofOthers},         {"JOHAB", ofJohab},
+    {"BIG5", ofOthers},         {"BIG5-HKSCS", ofOthers},    {"CP950", ofOthers},
+    {"EUC-JP", ofEucJp},        {"EUC-JP-MS", ofEucJp},      {"EUC-JISX0213", ofEucJp},
+    {"EUC-TW", ofEucJp},        {"EUC-KR", ofEuc},           {"EUC-CN", ofEuc},
     {"GB2312", ofEuc},
 };
 
@@ -92,8 +77,7 @@ std::atomic<const Codeset*> lastFound(codesets);
 
 const LeadBytes& find(const char* name)
 {
-    for (const Codeset& codeset : codesets)
-    {
+    for (const Codeset& codeset : codesets) {
         if (std::strcmp(name, codeset.name) != 0)
             continue;
         lastFound.store(&codeset, std::memory_order_relaxed);
@@ -139,8 +123,7 @@ std::size_t wholeCharacters(const char* text, std::size_t limit)
 {
     const std::size_t cutOff = static_cast<std::size_t>(-2);
     std::size_t whole = 0;
-    while (whole < limit)
-    {
+    while (whole < limit) {
         std::mbstate_t state = std::mbstate_t();
         const std::size_t length = std::mbrlen(text + whole, limit - whole, &state);
         if (length == cutOff)

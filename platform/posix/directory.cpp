@@ -10,6 +10,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <memory>
 #include <string>
 
 namespace zorvel {
@@ -117,14 +118,14 @@ int DirectorySearch::open(const char* pattern)
     if (begin == path.size())
         return ENOENT;
     const int flags = posix::hasWildcards(path.c_str() + begin) ? listing : oneName;
-    m_state.reset(new State(begin ? path.substr(0, begin) : "./", path.substr(begin), flags));
+    m_state = std::make_unique<State>(begin ? path.substr(0, begin) : "./", path.substr(begin), flags);
     return m_state->code;
 }
 
 int DirectorySearch::openDirectory(const char* path)
 {
     const NativePath native(path);
-    m_state.reset(new State(native.c_str() ? native.c_str() : "", "*", listing | O_NOFOLLOW));
+    m_state = std::make_unique<State>(native.c_str() ? native.c_str() : "", "*", listing | O_NOFOLLOW);
     return m_state->code;
 }
 

@@ -31,7 +31,7 @@ bool isDirectoryItself(const char* path)
 
 int sync(int descriptor)
 {
-    int result;
+    int result = 0;
     do
         result = fsync(descriptor);
     while (result == -1 && errno == EINTR);
@@ -143,7 +143,7 @@ int WritableFile::write(const void* data, std::size_t size)
 {
     if (m_descriptor == -1)
         return EBADF;
-    ssize_t written;
+    ssize_t written = 0;
     do
         written = pwrite(m_descriptor, data, size, 0);
     while (written == -1 && errno == EINTR);

@@ -14,8 +14,7 @@ namespace {
 /// A name with '\' in it cannot be written as a library path.
 bool holdsBackslash(const char* native)
 {
-    for (const char* p = native; *p != '\0'; ++p)
-    {
+    for (const char* p = native; *p != '\0'; ++p) {
         if (isLeadByte(static_cast<unsigned char>(*p)) && p[1] != '\0')
             ++p;
         else if (*p == '\\')
@@ -47,8 +46,7 @@ public:
     {
         if (length == 0 || (length == 1 && name[0] == '.'))
             return true;
-        if (length == 2 && name[0] == '.' && name[1] == '.')
-        {
+        if (length == 2 && name[0] == '.' && name[1] == '.') {
             removeLast();
             return true;
         }
@@ -62,8 +60,7 @@ public:
         if ((separator || m_length == 0) && !append("", 0))
             return false;
         m_text[m_length] = '\0';
-        for (char* p = m_text; *p != '\0'; ++p)
-        {
+        for (char* p = m_text; *p != '\0'; ++p) {
             if (*p == '/')
                 *p = '\\';
         }
@@ -86,8 +83,7 @@ private:
 
     void removeLast()
     {
-        while (m_length > 0 && m_text[--m_length] != '/')
-        {
+        while (m_length > 0 && m_text[--m_length] != '/') {
         }
     }
 
@@ -130,8 +126,7 @@ bool fullPath(const char* in, char* out, std::size_t size)
     if (*name != '/' && !path.startAtCurrentDirectory())
         return false;
     std::size_t length = 0;
-    for (; *name != '\0'; name += length + (name[length] == '/' ? 1 : 0))
-    {
+    for (; *name != '\0'; name += length + (name[length] == '/' ? 1 : 0)) {
         length = std::strcspn(name, "/");
         if (!path.take(name, length))
             return false;

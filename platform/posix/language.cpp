@@ -52,7 +52,7 @@ public:
         std::size_t left = std::strlen(text);
         // No codeset of a locale takes more than four bytes for a character.
         result.resize(4 * left);
-        char* to = &result[0];
+        char* to = result.data();
         std::size_t room = result.size();
         if (::iconv(m_descriptor, &from, &left, &to, &room) == static_cast<std::size_t>(-1))
             return false;

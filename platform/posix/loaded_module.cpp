@@ -1,6 +1,6 @@
 #include "platform/posix/loaded_module.h"
 
-#include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <fstream>
 
@@ -44,11 +44,10 @@ std::string pathOfMapping(const void* address)
 {
     const unsigned long wanted = reinterpret_cast<unsigned long>(address);
     std::ifstream mappings("/proc/self/maps");
-    for (std::string line; std::getline(mappings, line);)
-    {
-        unsigned long first = 0;
-        unsigned long end = 0;
-        if (std::sscanf(line.c_str(), "%lx-%lx", &first, &end) != 2 || wanted < first || wanted >= end)
+    for (std::string line; std::getline(mappings, line);) {
+        char* behindFirst = nullptr;
+        const unsigned long first = std::strtoul(line.c_str(), &behindFirst, 16);
+        if (*behindFirst != '-' || wanted < first || wanted >= std::strtoul(behindFirst + 1, nullptr, 16))
             continue;
         const std::size_t path = line.find('/');
         return path == std::string::npos ? std::string() : withoutRemovalMark(line.substr(path));
@@ -66,7 +65,7 @@ std::string pathOfName(const char* name, const void* base)
 }
 
 /// The page in which a segment begins.
-ElfW(Addr) beginOf(const ElfW(Phdr)& segment)
+ElfW(Addr) beginOf(const ElfW(Phdr) & segment)
 {
     static const ElfW(Addr) pageSize = static_cast<ElfW(Addr)>(::sysconf(_SC_PAGESIZE));
     return segment.p_vaddr & ~(pageSize - 1);
@@ -76,8 +75,7 @@ ElfW(Addr) beginOf(const ElfW(Phdr)& segment)
 
 void* LoadedModule::base() const
 {
-    for (int i = 0; i < m_info.dlpi_phnum; ++i)
-    {
+    for (int i = 0; i < m_info.dlpi_phnum; ++i) {
         const ElfW(Phdr)& segment = m_info.dlpi_phdr[i];
         if (segment.p_type == PT_LOAD)
             return reinterpret_cast<void*>(m_info.dlpi_addr + beginOf(segment));
@@ -88,8 +86,7 @@ void* LoadedModule::base() const
 bool LoadedModule::holds(const void* address) const
 {
     const ElfW(Addr) wanted = reinterpret_cast<ElfW(Addr)>(address);
-    for (int i = 0; i < m_info.dlpi_phnum; ++i)
-    {
+    for (int i = 0; i < m_info.dlpi_phnum; ++i) {
         const ElfW(Phdr)& segment = m_info.dlpi_phdr[i];
         const ElfW(Addr) first = m_info.dlpi_addr + beginOf(segment);
         const ElfW(Addr) end = m_info.dlpi_addr + segment.p_vaddr + segment.p_memsz;

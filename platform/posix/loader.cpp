@@ -14,8 +14,8 @@ bool isThisExecutable(const char* path)
 {
     struct stat file;
     struct stat executable;
-    return ::stat(path, &file) == 0 && ::stat("/proc/self/exe", &executable) == 0
-           && file.st_dev == executable.st_dev && file.st_ino == executable.st_ino;
+    return ::stat(path, &file) == 0 && ::stat("/proc/self/exe", &executable) == 0 && file.st_dev == executable.st_dev &&
+           file.st_ino == executable.st_ino;
 }
 
 /// Whether an address lies in the library, as far as the loader knows. What is
@@ -25,8 +25,8 @@ bool isInside(void* library, void* address)
     link_map* own = nullptr;
     link_map* found = nullptr;
     Dl_info unused;
-    return ::dlinfo(library, RTLD_DI_LINKMAP, &own) == 0
-           && (::dladdr1(address, &unused, reinterpret_cast<void**>(&found), RTLD_DL_LINKMAP) == 0 || found == own);
+    return ::dlinfo(library, RTLD_DI_LINKMAP, &own) == 0 &&
+           (::dladdr1(address, &unused, reinterpret_cast<void**>(&found), RTLD_DL_LINKMAP) == 0 || found == own);
 }
 
 }  // namespace

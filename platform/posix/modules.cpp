@@ -59,14 +59,11 @@ bool takePath(const LoadedModule& module, Search& search)
 int findModule(dl_phdr_info* info, std::size_t, void* data)
 {
     Search& search = *static_cast<Search*>(data);
-    try
-    {
+    try {
         if (!takePath(LoadedModule(*info), search))
             return 0;
         search.code = 0;
-    }
-    catch (...)
-    {
+    } catch (...) {
         search.code = ENOMEM;
     }
     return 1;

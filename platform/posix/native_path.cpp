@@ -23,8 +23,7 @@ bool replaceInAscii(const char* text, std::size_t length, char* result)
 
 void replaceSeparators(char* text)
 {
-    for (char* p = text; *p != '\0'; ++p)
-    {
+    for (char* p = text; *p != '\0'; ++p) {
         if (isLeadByte(static_cast<unsigned char>(*p)) && p[1] != '\0')
             ++p;
         else if (*p == '\\')

@@ -10,6 +10,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <memory>
+
 namespace zorvel {
 namespace platform {
 
@@ -115,7 +117,7 @@ RemovalDirectory& RemovalDirectory::operator=(RemovalDirectory&& other) noexcept
 
 int RemovalDirectory::open(const char* path)
 {
-    m_state.reset(new State);
+    m_state = std::make_unique<State>();
     const posix::NativePath native(path);
     if (!native.c_str())
         return ENOENT;
@@ -131,7 +133,7 @@ int RemovalDirectory::open(const char* path)
 
 int RemovalDirectory::openChild(const RemovalDirectory& parent, const char* name)
 {
-    m_state.reset(new State);
+    m_state = std::make_unique<State>();
     return m_state->adopt(openat(parent.m_state->descriptor, name, O_RDONLY | O_NOFOLLOW | openFlags));
 }
 
@@ -149,9 +151,8 @@ int RemovalDirectory::match(const char* component, std::vector<ListedEntry>& ent
     if (!m_state->isListable)
         return EACCES;
     const posix::NamePattern pattern(component);
-    return readEntries(m_state->descriptor, entries, [&pattern](const char* name) {
-        return pattern.matches(name) && posix::isReachable(name);
-    });
+    return readEntries(m_state->descriptor, entries,
+                       [&pattern](const char* name) { return pattern.matches(name) && posix::isReachable(name); });
 }
 
 EntryKind RemovalDirectory::kind(const char* name) const

@@ -55,7 +55,7 @@ public:
         const auto found = m_files.find(SemaphorePlace::of(handle));
         if (found == m_files.end())
             return nullptr;
-        const std::shared_ptr<SemaphoreFile> file = found->second;
+        std::shared_ptr<SemaphoreFile> file = found->second;
         SemaphorePlace::closeHandle(handle);
         m_files.erase(found);
         return file;
@@ -82,16 +82,16 @@ std::string pathOf(const std::string& name)
 
 void* openOrMake(const std::string& name, long initialCount, long maximumCount)
 {
-    const std::shared_ptr<SemaphoreFile> file = SemaphoreFile::open(
-        pathOf(name), static_cast<std::uint32_t>(initialCount), static_cast<std::uint32_t>(maximumCount));
+    const std::shared_ptr<SemaphoreFile> file =
+        SemaphoreFile::open(pathOf(name), static_cast<std::uint32_t>(initialCount),
+                            static_cast<std::uint32_t>(maximumCount));
     return file ? handles().add(file) : nullptr;
 }
 
 bool take(SharedSemaphore& semaphore)
 {
     std::uint32_t count = semaphore.count;
-    while (count > 0)
-    {
+    while (count > 0) {
         if (semaphore.count.compare_exchange_weak(count, count - 1))
             return true;
     }
@@ -114,8 +114,7 @@ void wakeSleeper(SharedSemaphore& semaphore)
 bool give(SharedSemaphore& semaphore)
 {
     std::uint32_t count = semaphore.count;
-    do
-    {
+    do {
         if (count >= semaphore.maximum)
             return false;
     } while (!semaphore.count.compare_exchange_weak(count, count + 1));
@@ -130,16 +129,15 @@ bool sleepWhileTaken(SharedSemaphore& semaphore, Clock::duration time)
 {
     const auto nanoseconds = std::chrono::nanoseconds(time).count();
     const timespec limit = {nanoseconds / 1000000000, nanoseconds % 1000000000};
-    return ::syscall(SYS_futex, &semaphore.count, FUTEX_WAIT, 0, &limit, nullptr, 0) == 0 || errno == EAGAIN
-           || errno == EINTR || errno == ETIMEDOUT;
+    return ::syscall(SYS_futex, &semaphore.count, FUTEX_WAIT, 0, &limit, nullptr, 0) == 0 || errno == EAGAIN ||
+           errno == EINTR || errno == ETIMEDOUT;
 }
 
 unsigned long takeOrSleep(SharedSemaphore& semaphore, unsigned long milliseconds)
 {
     const Clock::time_point begin = Clock::now();
     const std::chrono::milliseconds limit(milliseconds);
-    while (!take(semaphore))
-    {
+    while (!take(semaphore)) {
         const Clock::duration left = limit - (Clock::now() - begin);
         if (milliseconds != waitForever && left <= Clock::duration::zero())
             return waitTimedOut;
@@ -160,8 +158,7 @@ unsigned long waitInLine(SharedSemaphore& semaphore, unsigned long milliseconds)
 
 unsigned long waitForKept(const std::shared_ptr<SemaphoreFile>& file, unsigned long milliseconds)
 {
-    if (!file)
-    {
+    if (!file) {
         errno = EBADF;
         return waitFailed;
     }
@@ -182,17 +179,13 @@ bool releaseKept(const std::shared_ptr<SemaphoreFile>& file)
 
 void* createSemaphore(const std::string& name, long initialCount, long maximumCount)
 {
-    if (name.size() > longestName || name.find('\0') != std::string::npos)
-    {
+    if (name.size() > longestName || name.find('\0') != std::string::npos) {
         errno = name.size() > longestName ? ENAMETOOLONG : EINVAL;
         return nullptr;
     }
-    try
-    {
+    try {
         return openOrMake(name, initialCount, maximumCount);
-    }
-    catch (const std::bad_alloc&)
-    {
+    } catch (const std::bad_alloc&) {
         errno = ENOMEM;
         return nullptr;
     }

@@ -39,7 +39,7 @@ bool lock(int descriptor, off_t what, int command, short type)
     request.l_whence = SEEK_SET;
     request.l_start = what;
     request.l_len = 1;
-    int result;
+    int result = 0;
     do
         result = ::fcntl(descriptor, command, &request);
     while (result == -1 && errno == EINTR);
@@ -58,7 +58,7 @@ bool nobodyLives(int descriptor)
 
 int openForUse(const char* path, int creation)
 {
-    int descriptor;
+    int descriptor = -1;
     do
         // Neither a link that somebody put there is followed, nor does a device or a pipe make us wait.
         descriptor = ::open(path, O_RDWR | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | creation, 0666);
@@ -83,8 +83,7 @@ bool reserve(int descriptor)
 /// killed.
 bool isMarkOrPart(const char* bytes)
 {
-    for (std::size_t i = 0; i < markSize; ++i)
-    {
+    for (std::size_t i = 0; i < markSize; ++i) {
         if (bytes[i] != '\0' && bytes[i] != mark[i])
             return false;
     }
@@ -96,8 +95,7 @@ bool isMarkOrPart(const char* bytes)
 std::shared_ptr<SemaphoreFile> SemaphoreFile::open(const std::string& path, std::uint32_t count, std::uint32_t maximum)
 {
     std::shared_ptr<SemaphoreFile> file(new SemaphoreFile(path));
-    for (int turn = 0; turn < attempts; ++turn)
-    {
+    for (int turn = 0; turn < attempts; ++turn) {
         const Outcome outcome = file->tryOpen(count, maximum);
         if (outcome == Outcome::opened)
             return file;
@@ -117,8 +115,7 @@ SemaphoreFile::Outcome SemaphoreFile::tryOpen(std::uint32_t count, std::uint32_t
     if (outcome != Outcome::opened)
         return outcome;
     // Asked before the gate, at which somebody else's file may keep us waiting.
-    if (!holdsOurs())
-    {
+    if (!holdsOurs()) {
         errno = EEXIST;
         return Outcome::failed;
     }
@@ -135,8 +132,7 @@ SemaphoreFile::Outcome SemaphoreFile::tryOpen(std::uint32_t count, std::uint32_t
 SemaphoreFile::Outcome SemaphoreFile::openFile()
 {
     m_descriptor = openForUse(m_path.c_str(), 0);
-    if (m_descriptor == -1 && errno == ENOENT)
-    {
+    if (m_descriptor == -1 && errno == ENOENT) {
         m_descriptor = openForUse(m_path.c_str(), O_CREAT | O_EXCL);
         if (m_descriptor == -1 && errno == EEXIST)
             return Outcome::again;
@@ -147,8 +143,7 @@ SemaphoreFile::Outcome SemaphoreFile::openFile()
 /// Nobody else has the semaphore open: whatever the file says is of the dead.
 bool SemaphoreFile::makeFresh(std::uint32_t count, std::uint32_t maximum)
 {
-    if (!reserve(m_descriptor) || !map())
-    {
+    if (!reserve(m_descriptor) || !map()) {
         const int code = errno;
         ::unlink(m_path.c_str());
         errno = code;
@@ -173,8 +168,8 @@ bool SemaphoreFile::isStillNamed() const
 {
     struct stat named;
     struct stat open;
-    return ::fstat(m_descriptor, &open) == 0 && ::lstat(m_path.c_str(), &named) == 0 && named.st_dev == open.st_dev
-           && named.st_ino == open.st_ino;
+    return ::fstat(m_descriptor, &open) == 0 && ::lstat(m_path.c_str(), &named) == 0 && named.st_dev == open.st_dev &&
+           named.st_ino == open.st_ino;
 }
 
 /// Whether the file may be written to: a semaphore from before, or what is left
@@ -187,8 +182,8 @@ bool SemaphoreFile::holdsOurs() const
     if (status.st_size == 0)
         return true;
     char found[markSize];
-    return status.st_size == sizeof(SharedSemaphore)
-           && ::pread(m_descriptor, found, markSize, 0) == static_cast<ssize_t>(markSize) && isMarkOrPart(found);
+    return status.st_size == sizeof(SharedSemaphore) &&
+           ::pread(m_descriptor, found, markSize, 0) == static_cast<ssize_t>(markSize) && isMarkOrPart(found);
 }
 
 bool SemaphoreFile::map()
@@ -198,8 +193,7 @@ bool SemaphoreFile::map()
         return false;
     void* const memory =
         ::mmap(place, sizeof(SharedSemaphore), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_FIXED, m_descriptor, 0);
-    if (memory == MAP_FAILED)
-    {
+    if (memory == MAP_FAILED) {
         const int code = errno;
         SemaphorePlace::giveUp(place);
         errno = code;
@@ -215,8 +209,7 @@ void SemaphoreFile::close()
 {
     if (m_shared)
         SemaphorePlace::giveUp(m_shared);
-    if (m_descriptor != -1)
-    {
+    if (m_descriptor != -1) {
         lock(m_descriptor, gate, F_OFD_SETLK, F_UNLCK);
         ::close(m_descriptor);
     }

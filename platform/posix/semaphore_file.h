@@ -51,7 +51,12 @@ public:
     SharedSemaphore& shared() { return *m_shared; }
 
 private:
-    enum class Outcome { opened, failed, again };
+    enum class Outcome
+    {
+        opened,
+        failed,
+        again
+    };
 
     explicit SemaphoreFile(const std::string& path) : m_path(path), m_descriptor(-1), m_shared(nullptr) {}
 

@@ -30,7 +30,7 @@ struct Block
 {
     std::atomic<Address> handle[placesInBlock];  ///< 0 while none is open
     std::uint32_t taken[placesInBlock];
-    void* next[placesInBlock];                   ///< of those at rest
+    void* next[placesInBlock];  ///< of those at rest
 };
 static_assert(sizeof(Block) <= pageSize, "it is the first page of the block");
 

@@ -19,8 +19,7 @@ namespace {
 LeadBytes askAll()
 {
     LeadBytes table = {};
-    for (int byte = 0x80; byte < 0x100; ++byte)
-    {
+    for (int byte = 0x80; byte < 0x100; ++byte) {
         table.of[byte] = IsDBCSLeadByte(static_cast<unsigned char>(byte)) != FALSE;
         table.any = table.any || table.of[byte];
     }

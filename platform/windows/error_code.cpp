@@ -17,22 +17,16 @@ int codeOfLookup(unsigned long error)
     case ERROR_BAD_PATHNAME:
     case ERROR_FILENAME_EXCED_RANGE:
     case ERROR_INVALID_DRIVE:
-    case ERROR_NO_MORE_FILES:
-        return ENOENT;
-    case ERROR_DIRECTORY:
-        return ENOTDIR;
+    case ERROR_NO_MORE_FILES: return ENOENT;
+    case ERROR_DIRECTORY: return ENOTDIR;
     case ERROR_ACCESS_DENIED:
     case ERROR_SHARING_VIOLATION:
     case ERROR_LOCK_VIOLATION:
-    case ERROR_NETWORK_ACCESS_DENIED:
-        return EACCES;
-    case ERROR_TOO_MANY_OPEN_FILES:
-        return EMFILE;
+    case ERROR_NETWORK_ACCESS_DENIED: return EACCES;
+    case ERROR_TOO_MANY_OPEN_FILES: return EMFILE;
     case ERROR_NOT_ENOUGH_MEMORY:
-    case ERROR_OUTOFMEMORY:
-        return ENOMEM;
-    default:
-        return EIO;
+    case ERROR_OUTOFMEMORY: return ENOMEM;
+    default: return EIO;
     }
 }
 

@@ -43,8 +43,8 @@ bool endsInBackslashTrail(const char* path)
 
 std::int64_t secondsOf(const FILETIME& time)
 {
-    const std::int64_t ticks = static_cast<std::int64_t>(
-        (static_cast<std::uint64_t>(time.dwHighDateTime) << 32) | time.dwLowDateTime);
+    const std::int64_t ticks =
+        static_cast<std::int64_t>((static_cast<std::uint64_t>(time.dwHighDateTime) << 32) | time.dwLowDateTime);
     return ticks / ticksPerSecond - epochSeconds;
 }
 

@@ -46,8 +46,8 @@ bool canonicalize(const char* in, char* out)
 {
     char result[canonicalPathSize];
     result[canonicalPathSize - 1] = '\0';
-    const bool fits = in != nullptr && strnlen(in, canonicalPathSize) < canonicalPathSize
-                      && PathCanonicalizeA(result, in) && result[canonicalPathSize - 1] == '\0';
+    const bool fits = in != nullptr && strnlen(in, canonicalPathSize) < canonicalPathSize &&
+                      PathCanonicalizeA(result, in) && result[canonicalPathSize - 1] == '\0';
     std::strcpy(out, fits ? result : "");
     return fits;
 }

@@ -5,8 +5,8 @@
 namespace zorvel {
 namespace platform {
 
-static_assert(waitForever == INFINITE && waitSucceeded == WAIT_OBJECT_0 && waitAbandoned == WAIT_ABANDONED
-                  && waitTimedOut == WAIT_TIMEOUT && waitFailed == WAIT_FAILED,
+static_assert(waitForever == INFINITE && waitSucceeded == WAIT_OBJECT_0 && waitAbandoned == WAIT_ABANDONED &&
+                  waitTimedOut == WAIT_TIMEOUT && waitFailed == WAIT_FAILED,
               "the values are the system's");
 
 void* createSemaphore(const std::string& name, long initialCount, long maximumCount)

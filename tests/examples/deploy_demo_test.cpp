@@ -15,13 +15,13 @@
 #include <sstream>
 
 using namespace zorvel::demo;
-using zorvel::test::TemporaryTree;
 using testing::Contains;
 using testing::ElementsAre;
 using testing::EndsWith;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
+using zorvel::test::TemporaryTree;
 
 namespace {
 
@@ -124,8 +124,7 @@ std::vector<Event> moved(std::vector<Event> events, Microseconds from, Microseco
 std::vector<Event> twoDeaths(Microseconds readersStaleness)
 {
     const Microseconds next = 40 * second;
-    return aWritersDeath() +
-           moved(moved(aReadersDeath(), 31500 * 1000, readersStaleness - 29500 * 1000), 0, next) +
+    return aWritersDeath() + moved(moved(aReadersDeath(), 31500 * 1000, readersStaleness - 29500 * 1000), 0, next) +
            std::vector<Event>{{r1, 45 * second, Word::served, 6, "W1"}, {r2, 41 * second, Word::served, 6, "W1"}};
 }
 
@@ -369,8 +368,8 @@ TEST(DeployDemoTimeline, ShowsEveryIntervalOnceInWellFormedXml)
 
 TEST(DeployDemoTimeline, TellsReadersFromWritersAndMarksTheDowngrade)
 {
-    const std::string svg = timelineOf(
-        historyOf(aDowngrade() + hold(r1, 1 * second, 2 * second, 4 * second)), "by turns");
+    const std::string svg =
+        timelineOf(historyOf(aDowngrade() + hold(r1, 1 * second, 2 * second, 4 * second)), "by turns");
     EXPECT_EQ(1, countBars(svg, "writing"));
     EXPECT_EQ(2, countBars(svg, "reading"));
     EXPECT_THAT(svg, HasSubstr("class=\"diamond\""));

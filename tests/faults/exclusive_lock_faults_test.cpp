@@ -240,7 +240,6 @@ TEST_P(ExclusiveLockFaults, FileNotFoundForEver)
     checkAll(Persistence::forEver, Failure::fileNotFound);
 }
 
-INSTANTIATE_TEST_SUITE_P(Shapes, ExclusiveLockFaults, testing::ValuesIn(shapes),
-                         testing::PrintToStringParamName());
+INSTANTIATE_TEST_SUITE_P(Shapes, ExclusiveLockFaults, testing::ValuesIn(shapes), testing::PrintToStringParamName());
 
 }  // namespace

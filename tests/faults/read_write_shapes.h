@@ -36,9 +36,7 @@ inline bool becomeReader(ReadWriteScene& scene)
     return scene.reader().isAcquired();
 }
 
-inline void nobodyThere(ReadWriteScene&)
-{
-}
+inline void nobodyThere(ReadWriteScene&) {}
 
 inline void deadWriter(ReadWriteScene& scene)
 {

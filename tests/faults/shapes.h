@@ -18,9 +18,7 @@ struct Shape
     void (*prepare)(Scene& scene);
 };
 
-inline void freeDirectory(Scene&)
-{
-}
+inline void freeDirectory(Scene&) {}
 
 inline void queuedThenFreed(Scene& scene)
 {

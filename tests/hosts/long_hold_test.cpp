@@ -12,8 +12,9 @@ namespace {
 /// Three times as long as a file may stay without a refresh.
 const int holdMsec = 90 * 1000;
 
-const std::vector<std::pair<std::string, std::string>> roles = {
-    {"asking-exclusive", "asking-exclusive"}, {"asking-reader", "asking-writer"}, {"asking-writer", "asking-reader"}};
+const std::vector<std::pair<std::string, std::string>> roles = {{"asking-exclusive", "asking-exclusive"},
+                                                                {"asking-reader", "asking-writer"},
+                                                                {"asking-writer", "asking-reader"}};
 
 }  // namespace
 
@@ -29,8 +30,8 @@ TEST(LongHold, IsNeverJudgedStale)
         EXPECT_EQ(0, one->waiterStatus()) << one->what();
         EXPECT_FALSE(one->wereInsideTogether()) << one->what();
         EXPECT_EQ(std::vector<std::string>(), one->directory().lockFiles()) << one->what();
-        std::cout << "figures: " << setting("ZORVEL_PAIR") << ", " << one->what() << ' ' << holdMsec / 1000 << " s: "
-                  << (one->wereInsideTogether() ? "TAKEN" : "kept") << ", the other came "
+        std::cout << "figures: " << setting("ZORVEL_PAIR") << ", " << one->what() << ' ' << holdMsec / 1000
+                  << " s: " << (one->wereInsideTogether() ? "TAKEN" : "kept") << ", the other came "
                   << secondsBetween(one->left(), one->came()) << " s after the end" << std::endl;
     }
 }

@@ -92,12 +92,18 @@ TEST(Downgrade, IntervalsThatShouldExcludeEachOtherAreFound)
 
 TEST(Downgrade, AWriterBetweenTheTwoHoldsOfADowngradeIsFound)
 {
-    EXPECT_EQ(0u, overlapsIn({{0, "write"}, {0, "written"}, {1, "read"}, {0, "downgraded"}, {1, "left"}, {0, "left"},
-                              {1, "write"}, {1, "written"}}));
-    EXPECT_EQ(1u, overlapsIn({{0, "write"}, {0, "written"}, {1, "write"}, {1, "written"}, {0, "downgraded"},
-                              {0, "left"}}));
-    EXPECT_EQ(2u, overlapsIn({{0, "write"}, {0, "written"}, {0, "downgraded"}, {1, "write"}, {0, "left"},
+    EXPECT_EQ(0u, overlapsIn({{0, "write"},
+                              {0, "written"},
+                              {1, "read"},
+                              {0, "downgraded"},
+                              {1, "left"},
+                              {0, "left"},
+                              {1, "write"},
                               {1, "written"}}));
+    EXPECT_EQ(1u,
+              overlapsIn({{0, "write"}, {0, "written"}, {1, "write"}, {1, "written"}, {0, "downgraded"}, {0, "left"}}));
+    EXPECT_EQ(2u,
+              overlapsIn({{0, "write"}, {0, "written"}, {0, "downgraded"}, {1, "write"}, {0, "left"}, {1, "written"}}));
 }
 
 TEST(Downgrade, ChangesOfWriterAreCountedOverReadersAndDowngrades)
@@ -106,10 +112,22 @@ TEST(Downgrade, ChangesOfWriterAreCountedOverReadersAndDowngrades)
         return changesOfWriter(holdsOf(story(events)));
     };
     EXPECT_EQ(0, changes({{0, "read"}, {0, "left"}, {1, "read"}, {1, "left"}}));
-    EXPECT_EQ(0, changes({{0, "write"}, {0, "written"}, {0, "downgraded"}, {1, "read"}, {0, "left"}, {1, "left"},
-                          {0, "write"}, {0, "written"}}));
-    EXPECT_EQ(2, changes({{0, "write"}, {0, "written"}, {1, "write"}, {1, "written"}, {1, "write"}, {1, "written"},
-                          {0, "write"}, {0, "written"}}));
+    EXPECT_EQ(0, changes({{0, "write"},
+                          {0, "written"},
+                          {0, "downgraded"},
+                          {1, "read"},
+                          {0, "left"},
+                          {1, "left"},
+                          {0, "write"},
+                          {0, "written"}}));
+    EXPECT_EQ(2, changes({{0, "write"},
+                          {0, "written"},
+                          {1, "write"},
+                          {1, "written"},
+                          {1, "write"},
+                          {1, "written"},
+                          {0, "write"},
+                          {0, "written"}}));
 }
 
 TEST(Downgrade, MarksThatMakeNoSenseAreRefused)

@@ -18,9 +18,7 @@ class ExclusiveContender : public Contender
 {
 public:
     explicit ExclusiveContender(const Task& task)
-        : m_task(task),
-          m_directory(task.directory),
-          m_lock(task.directory, std::to_string(task.id), task.fs)
+        : m_task(task), m_directory(task.directory), m_lock(task.directory, std::to_string(task.id), task.fs)
     {
     }
 

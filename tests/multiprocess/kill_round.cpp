@@ -32,18 +32,13 @@ std::string roleOf(Moment moment, unsigned seed)
     const char* const roles[] = {"reader", "writer", "downgrader"};
     const unsigned any = seed / 2;
     switch (moment) {
-    case Moment::reading:
-        return "reader";
+    case Moment::reading: return "reader";
     case Moment::writing:
-    case Moment::halfWay:
-        return "writer";
+    case Moment::halfWay: return "writer";
     case Moment::queued:
-    case Moment::waiting:
-        return roles[any % 2];
-    case Moment::downgrading:
-        return "downgrader";
-    default:
-        return roles[any % 3];
+    case Moment::waiting: return roles[any % 2];
+    case Moment::downgrading: return "downgrader";
+    default: return roles[any % 3];
     }
 }
 
@@ -69,14 +64,10 @@ std::string wordBefore(Moment moment)
 {
     switch (moment) {
     case Moment::reading:
-    case Moment::writing:
-        return "inside";
-    case Moment::halfWay:
-        return "halfway";
-    case Moment::downgrading:
-        return "downgrading";
-    default:
-        return "waiting";
+    case Moment::writing: return "inside";
+    case Moment::halfWay: return "halfway";
+    case Moment::downgrading: return "downgrading";
+    default: return "waiting";
     }
 }
 
@@ -84,14 +75,10 @@ std::string wordBefore(Moment moment)
 int msecUntil(Moment moment)
 {
     switch (moment) {
-    case Moment::waiting:
-        return 40;
-    case Moment::downgrading:
-        return 3;
-    case Moment::any:
-        return 400;
-    default:
-        return holdMsec;
+    case Moment::waiting: return 40;
+    case Moment::downgrading: return 3;
+    case Moment::any: return 400;
+    default: return holdMsec;
     }
 }
 

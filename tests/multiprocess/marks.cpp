@@ -10,9 +10,7 @@ const int marksInAFolder = 100;
 
 }  // namespace
 
-Marks::Marks(const std::filesystem::path& directory) : m_directory(directory / "marks"), m_next(0)
-{
-}
+Marks::Marks(const std::filesystem::path& directory) : m_directory(directory / "marks"), m_next(0) {}
 
 int Marks::take()
 {

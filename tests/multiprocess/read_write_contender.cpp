@@ -138,8 +138,7 @@ bool Visit::leftByTheVictim(const Look& look)
 class ReadWriteContender : public Contender
 {
 public:
-    ReadWriteContender(const Task& task, bool locks)
-        : m_visit(task), m_locking(task.directory, task.fs), m_locks(locks)
+    ReadWriteContender(const Task& task, bool locks) : m_visit(task), m_locking(task.directory, task.fs), m_locks(locks)
     {
     }
 

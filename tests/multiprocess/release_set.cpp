@@ -101,9 +101,7 @@ std::set<int> numbersIn(const std::vector<std::string>& names, const std::string
     return numbers;
 }
 
-ReleaseSet::ReleaseSet(const std::filesystem::path& directory) : m_directory(directory)
-{
-}
+ReleaseSet::ReleaseSet(const std::filesystem::path& directory) : m_directory(directory) {}
 
 void ReleaseSet::write(int generation, int writer, const std::function<void()>& halfWay) const
 {

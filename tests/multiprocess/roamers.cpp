@@ -13,8 +13,7 @@
 namespace zorvel {
 namespace test {
 
-Roamers::Roamers(unsigned seed, int count)
-    : m_random(seed), m_seed(seed), m_name(freshSemaphoreName()), m_users(count)
+Roamers::Roamers(unsigned seed, int count) : m_random(seed), m_seed(seed), m_name(freshSemaphoreName()), m_users(count)
 {
     replaceTheDead();
 }
@@ -129,8 +128,8 @@ void Roamers::goOnWithWhoIsLeft()
 void Roamers::report() const
 {
     std::cout << ("seed " + std::to_string(m_seed) + ": " + std::to_string(rounds) + " rounds (" +
-                  std::to_string(withoutSurvivors) + " without survivors), " + std::to_string(kills) +
-                  " kills, " + std::to_string(visits) + " visits of survivors, " + std::to_string(tokensLost) +
+                  std::to_string(withoutSurvivors) + " without survivors), " + std::to_string(kills) + " kills, " +
+                  std::to_string(visits) + " visits of survivors, " + std::to_string(tokensLost) +
                   " tokens lost with their holders\n")
               << std::flush;
 }

@@ -51,9 +51,7 @@ std::string freshSemaphoreName()
     return names.back();
 }
 
-SemaphoreUser::SemaphoreUser(const std::vector<std::string>& arguments) : m_process(commandWith(arguments))
-{
-}
+SemaphoreUser::SemaphoreUser(const std::vector<std::string>& arguments) : m_process(commandWith(arguments)) {}
 
 std::string SemaphoreUser::hear()
 {

@@ -65,8 +65,8 @@ Semaphore opened(const std::string& name)
 class Inside
 {
 public:
-    /// Before the semaphore is opened: a system that ends a process closes what it opened first, and whoever is let in by
-    /// its death must not find the lock there.
+    /// Before the semaphore is opened: a system that ends a process closes what it opened first, and whoever is let in
+    /// by its death must not find the lock there.
     explicit Inside(const std::filesystem::path& directory)
         : m_mark(existing(directory / "inside").string().c_str()), m_counter(directory / "counter")
     {

@@ -170,8 +170,8 @@ void Storm::close(const OpenHold& hold)
 
 void Storm::closeHoldUnder(const std::string& lockFile)
 {
-    const auto found = std::find_if(m_open.begin(), m_open.end(),
-                                    [&](const OpenHold& hold) { return hold.lockFile == lockFile; });
+    const auto found =
+        std::find_if(m_open.begin(), m_open.end(), [&](const OpenHold& hold) { return hold.lockFile == lockFile; });
     if (found == m_open.end())
         return;
     close(*found);
@@ -344,12 +344,11 @@ void Storm::report() const
     };
     std::ostringstream text;
     text << m_places.size() << " processes, " << m_plan.duration.count() << " s: " << said("held") << " holds ("
-         << said("downgrading") << " downgraded), " << m_kills << " kills (" << m_diedInside << " inside), "
-         << m_nextId << " starts\n  overlaps " << m_overlaps << ", complaints " << m_complaints.size()
-         << ", files aged " << m_aged << ", left to go stale " << m_sparedFiles << ", places taken over "
-         << said("took") << ", marks cleared " << said("cleared") << ", unfinished releases seen "
-         << said("unfinished") << ", repaired " << said("repairing") << "\n  at the end " << m_leftAtTheEnd
-         << " files of the dead; newcomers inside after";
+         << said("downgrading") << " downgraded), " << m_kills << " kills (" << m_diedInside << " inside), " << m_nextId
+         << " starts\n  overlaps " << m_overlaps << ", complaints " << m_complaints.size() << ", files aged " << m_aged
+         << ", left to go stale " << m_sparedFiles << ", places taken over " << said("took") << ", marks cleared "
+         << said("cleared") << ", unfinished releases seen " << said("unfinished") << ", repaired " << said("repairing")
+         << "\n  at the end " << m_leftAtTheEnd << " files of the dead; newcomers inside after";
     for (const double seconds : m_newcomers)
         text << ' ' << seconds;
     text << " s; left then: " << m_leftBehind << ", calibration files left by the dead: " << m_calibrations << "\n";

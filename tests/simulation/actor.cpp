@@ -30,9 +30,13 @@ class Actor
 {
 public:
     Actor(World& world, Process& process)
-        : m_world(world), m_process(process), m_fs(zvGetDefaultFSImp()),
+        : m_world(world),
+          m_process(process),
+          m_fs(zvGetDefaultFSImp()),
           m_exclusive(directoryName, std::string(1, static_cast<char>('A' + process.number)), m_fs),
-          m_readWrite(directoryName, m_fs), m_reader(m_readWrite.getReadLock()), m_writer(m_readWrite.getWriteLock())
+          m_readWrite(directoryName, m_fs),
+          m_reader(m_readWrite.getReadLock()),
+          m_writer(m_readWrite.getWriteLock())
     {
     }
 

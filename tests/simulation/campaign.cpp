@@ -76,8 +76,7 @@ bool runOne(Planner planner, std::uint64_t seed, bool isTraced, bool isShrunk)
         return show(plan, nullptr, isTraced);
     Trace silent(false);
     const Outcome outcome = runSchedule(plan, silent);
-    return outcome.hasFailed() ? showShrunk(plan, worstOf(outcome).wrong, isTraced)
-                               : show(plan, nullptr, isTraced);
+    return outcome.hasFailed() ? showShrunk(plan, worstOf(outcome).wrong, isTraced) : show(plan, nullptr, isTraced);
 }
 
 bool runMany(Planner planner, std::uint64_t first, std::uint64_t count, bool isBrief)

@@ -34,8 +34,8 @@ std::string letter(int process)
 
 const char* nameOf(Wrong wrong)
 {
-    static const char* const names[] = {"two holders", "a holder's file removed", "overtaken", "late", "for ever",
-                                        "newcomer waits", "file stays", "broken"};
+    static const char* const names[] = {"two holders", "a holder's file removed", "overtaken",  "late",
+                                        "for ever",    "newcomer waits",          "file stays", "broken"};
     return names[static_cast<std::size_t>(wrong)];
 }
 
@@ -71,8 +71,8 @@ void Judge::enter(int process, Hold hold)
     m_world.trace.event(m_world.pace.now(), process, std::string("*") + nameOf(hold) + "*");
     for (const std::map<int, Hold>::value_type& other : m_holds)
         if (other.first != process && excludes(hold, other.second))
-            found(Wrong::twoHolders, letter(process) + " " + nameOf(hold) + " while " + letter(other.first) + " " +
-                                         nameOf(other.second));
+            found(Wrong::twoHolders,
+                  letter(process) + " " + nameOf(hold) + " while " + letter(other.first) + " " + nameOf(other.second));
     m_holds[process] = hold;
 }
 
@@ -209,8 +209,8 @@ void Judge::removed(const std::string& name, int process, int owner)
     if (owner == process || hold == m_holds.end())
         return;
     const bool isMark = hold->second == Hold::exclusive ? level == 0
-                        : hold->second == Hold::read   ? beginsWith(name, readersPrefix)
-                                                       : name == writersFile;
+                        : hold->second == Hold::read    ? beginsWith(name, readersPrefix)
+                                                        : name == writersFile;
     if (isMark)
         found(Wrong::holdersFileGone, letter(process) + " removes " + name + " of " + letter(owner));
 }

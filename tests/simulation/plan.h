@@ -17,10 +17,10 @@ const Time never = INT64_MAX / 4;
 
 struct MachinePlan
 {
-    Time offset = 0;     ///< of its clock
-    int ppm = 0;         ///< that its clock runs too fast
-    Time jumpAt = never; ///< when its clock is set
-    Time jump = 0;       ///< by how much
+    Time offset = 0;      ///< of its clock
+    int ppm = 0;          ///< that its clock runs too fast
+    Time jumpAt = never;  ///< when its clock is set
+    Time jump = 0;        ///< by how much
 };
 
 enum class Kind

@@ -22,14 +22,10 @@ const std::uint32_t strandsOfOneProcess = 100000;
 std::string wordFor(int code)
 {
     switch (code) {
-    case 0:
-        return "done";
-    case ENOENT:
-        return "not there";
-    case EEXIST:
-        return "is there";
-    default:
-        return "error";
+    case 0: return "done";
+    case ENOENT: return "not there";
+    case EEXIST: return "is there";
+    default: return "error";
     }
 }
 
@@ -44,20 +40,12 @@ const char* remarkOf(Fault fault)
 int answerWith(Fault fault, const std::string& what, long long now, const std::function<int(long long)>& effect)
 {
     switch (fault) {
-    case Fault::none:
-        return effect(now);
-    case Fault::replyLost:
-        effect(now);
-        return EIO;
-    case Fault::sentTwice:
-        effect(now);
-        return effect(now);
-    case Fault::denied:
-        return what.compare(0, 5, "write") == 0 ? EIO : EACCES;
-    case Fault::busy:
-        return EBUSY;
-    default:
-        return EIO;
+    case Fault::none: return effect(now);
+    case Fault::replyLost: effect(now); return EIO;
+    case Fault::sentTwice: effect(now); return effect(now);
+    case Fault::denied: return what.compare(0, 5, "write") == 0 ? EIO : EACCES;
+    case Fault::busy: return EBUSY;
+    default: return EIO;
     }
 }
 
@@ -87,8 +75,18 @@ void Machine::remember(const std::string& file, std::size_t id, Time now, long l
 }
 
 Process::Process(World& world, int processNumber, const ProcessPlan& plan, Machine& itsMachine)
-    : number(processNumber), pid(plan.pid), machine(itsMachine), numbers(plan.pid), m_world(world), m_timers(0),
-      m_operations(0), m_dead(false), m_isSpared(false), m_faults(0), m_pausedUntil(0), m_pausedInAll(0)
+    : number(processNumber),
+      pid(plan.pid),
+      machine(itsMachine),
+      numbers(plan.pid),
+      m_world(world),
+      m_timers(0),
+      m_operations(0),
+      m_dead(false),
+      m_isSpared(false),
+      m_faults(0),
+      m_pausedUntil(0),
+      m_pausedInAll(0)
 {
 }
 

@@ -30,14 +30,13 @@ int DirectorySearch::open(const char* pattern)
     const std::string prefix = isListed ? component.substr(0, component.size() - 1) : component;
     World& world = *World::current();
     const std::shared_ptr<std::vector<std::string>> names = std::make_shared<std::vector<std::string>>();
-    const int code =
-        Process::current()->request(isListed ? "list" : "search", component, [=, &world](long long) {
-            if (isListed)
-                *names = world.server.namesWith(prefix);
-            else if (world.server.has(component))
-                *names = {component};
-            return isListed || !names->empty() ? 0 : ENOENT;
-        });
+    const int code = Process::current()->request(isListed ? "list" : "search", component, [=, &world](long long) {
+        if (isListed)
+            *names = world.server.namesWith(prefix);
+        else if (world.server.has(component))
+            *names = {component};
+        return isListed || !names->empty() ? 0 : ENOENT;
+    });
     if (code != 0)
         return code;
     m_state.reset(new State);

@@ -57,11 +57,10 @@ int askForTime(const char* verb, const std::string& name, std::int64_t& seconds)
     const std::shared_ptr<TimeAnswer> answer = std::make_shared<TimeAnswer>();
     World& world = *World::current();
     Process& process = *Process::current();
-    const int code =
-        process.request(verb, name, [=, &world](long long) {
-            answer->id = world.server.idOf(name);
-            return world.server.timeOf(name, answer->time);
-        });
+    const int code = process.request(verb, name, [=, &world](long long) {
+        answer->id = world.server.idOf(name);
+        return world.server.timeOf(name, answer->time);
+    });
     if (code == 0) {
         seconds = answer->time;
         process.machine.remember(name, identityOf(answer->id), world.pace.now(), answer->time);
@@ -94,8 +93,9 @@ EntryKind entryKind(const char* path)
     if (name.empty())
         return EntryKind::directory;
     World& world = *World::current();
-    const int code = Process::current()->request(
-        "look", name, [=, &world](long long) { return world.server.has(name) ? 0 : ENOENT; });
+    const int code = Process::current()->request("look", name, [=, &world](long long) {
+        return world.server.has(name) ? 0 : ENOENT;
+    });
     return code == 0 ? EntryKind::file : EntryKind::none;
 }
 

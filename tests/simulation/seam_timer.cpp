@@ -22,7 +22,8 @@ class Task : public zvTimerTask
 {
 public:
     Task(Process& process, const boost::function0<void>& fn, const time_duration& interval, bool repeat)
-        : m_process(process), m_failed(boost::make_shared<bool>(false)),
+        : m_process(process),
+          m_failed(boost::make_shared<bool>(false)),
           m_strand(process.startTimer(interval.total_microseconds(),
                                       [=, failed = m_failed, first = platform::localTime() + interval] {
                                           run(fn, first, interval, repeat, *failed);
@@ -77,8 +78,8 @@ private:
 }  // namespace sim
 }  // namespace zorvel
 
-boost::shared_ptr<zvTimerTask> zvSetTimer(const boost::function0<void>& fn,
-                                          boost::posix_time::time_duration interval, bool repeat)
+boost::shared_ptr<zvTimerTask> zvSetTimer(const boost::function0<void>& fn, boost::posix_time::time_duration interval,
+                                          bool repeat)
 {
     return boost::make_shared<zorvel::sim::Task>(*zorvel::sim::Process::current(), fn, interval, repeat);
 }

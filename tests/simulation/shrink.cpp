@@ -88,7 +88,8 @@ private:
         bool dropped = dropFrom<Mishap>([](Plan& plan) -> std::vector<Mishap>& { return plan.mishaps; }, 0);
         for (std::size_t i = 0; i < m_plan.processes.size(); ++i)
             dropped = dropFrom<Turn>([i](Plan& plan) -> std::vector<Turn>& { return plan.processes[i].turns; },
-                                     i == 0 ? 1 : 0) || dropped;
+                                     i == 0 ? 1 : 0) ||
+                      dropped;
         return dropped;
     }
 

@@ -42,8 +42,15 @@ bool Ways::nextRun()
 }
 
 StepPace::StepPace(Ways& ways, const StepBounds& bounds)
-    : m_ways(ways), m_bounds(bounds), m_world(nullptr), m_crashesLeft(bounds.crashes),
-      m_preemptionsLeft(bounds.preemptions), m_last(nullptr), m_deadAreStale(false), m_forks(true), m_isKnown(false),
+    : m_ways(ways),
+      m_bounds(bounds),
+      m_world(nullptr),
+      m_crashesLeft(bounds.crashes),
+      m_preemptionsLeft(bounds.preemptions),
+      m_last(nullptr),
+      m_deadAreStale(false),
+      m_forks(true),
+      m_isKnown(false),
       m_steps(0)
 {
 }
@@ -163,9 +170,8 @@ std::uint64_t StepPace::digest()
             continue;
         const State& state = m_strands[strand->id];
         const bool isInTurn = strand.get() == m_last && m_bounds.preemptions >= 0;
-        const unsigned flags = (strand->hasStarted() ? 2 : 0) + (state.isBlocked ? 4 : 0) +
-                               (canGoOn(*strand) ? 8 : 0) + (isInTurn ? 16 : 0) +
-                               (isInTurn && state.standsBack ? 32 : 0);
+        const unsigned flags = (strand->hasStarted() ? 2 : 0) + (state.isBlocked ? 4 : 0) + (canGoOn(*strand) ? 8 : 0) +
+                               (isInTurn ? 16 : 0) + (isInTurn && state.standsBack ? 32 : 0);
         const std::uint64_t who = static_cast<std::uint64_t>(strand->process->number) * 100 + rank[strand->process]++;
         value += mixed(who + mixed(state.history + flags));
     }
@@ -232,8 +238,8 @@ Strand* StepPace::giveUpKnown()
 /// Null: something else than a strand's turn was chosen.
 Strand* StepPace::choose(const std::vector<Strand*>& ready)
 {
-    const bool isInTheMiddle = m_last && std::find(ready.begin(), ready.end(), m_last) != ready.end() &&
-                               !m_strands[m_last->id].standsBack;
+    const bool isInTheMiddle =
+        m_last && std::find(ready.begin(), ready.end(), m_last) != ready.end() && !m_strands[m_last->id].standsBack;
     const bool mustGoOn = isInTheMiddle && m_preemptionsLeft == 0;
     const std::size_t strands = mustGoOn ? 1 : ready.size();
     const std::size_t count = strands + eventCount();

@@ -72,7 +72,11 @@ void Worker::work()
 }
 
 Strand::Strand(std::uint32_t strandId, Process* strandProcess, std::function<void()> strandBody)
-    : id(strandId), process(strandProcess), m_body(std::move(strandBody)), m_worker(nullptr), m_started(false),
+    : id(strandId),
+      process(strandProcess),
+      m_body(std::move(strandBody)),
+      m_worker(nullptr),
+      m_started(false),
       m_done(false)
 {
 }

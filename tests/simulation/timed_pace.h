@@ -41,8 +41,8 @@ private:
     {
         Time time;
         std::uint64_t number;
-        Strand* strand;       ///< who goes on; null: something happens
-        std::uint64_t wait;   ///< the wait of the strand that this ends
+        Strand* strand;      ///< who goes on; null: something happens
+        std::uint64_t wait;  ///< the wait of the strand that this ends
         std::function<void()> what;
 
         bool operator<(const Event& other) const

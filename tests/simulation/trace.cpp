@@ -30,8 +30,8 @@ void Trace::print(std::ostream& out, bool untilWrong) const
     for (const Row& row : m_rows) {
         const std::string who = row.process < 0 ? "-" : std::string(1, static_cast<char>('A' + row.process));
         out << std::setw(9) << row.time / second << '.' << std::setw(6) << std::setfill('0') << row.time % second
-            << std::setfill(' ') << "  " << std::left << std::setw(3) << who << std::setw(34) << row.what
-            << row.answer << std::right << '\n';
+            << std::setfill(' ') << "  " << std::left << std::setw(3) << who << std::setw(34) << row.what << row.answer
+            << std::right << '\n';
         if (untilWrong && row.what.compare(0, 3, "***") == 0)
             return;
     }

@@ -189,7 +189,8 @@ const Window windows[] = {
     {"clock-set-back", "the clock of a holder jumps back", &clockSetBack},
     {"server-set-forward", "the clock of the file server jumps forward", &serverSetForward},
     {"old-answers", "a client remembers modification times for more than 30 seconds", &oldAnswers},
-    {"replaced-file", "a client takes the time of an earlier file of the same name for that of a new one", &replacedFile},
+    {"replaced-file", "a client takes the time of an earlier file of the same name for that of a new one",
+     &replacedFile},
     {"not-refreshed", "a lock without refresh is held for more than 30 seconds", &notRefreshed},
     {"failed-look", "a look for a file fails", &failedLook},
 };

@@ -10,8 +10,7 @@ World* only = nullptr;
 }  // namespace
 
 World::World(const Plan& itsPlan, Choices& itsChoices, Pace& itsPace, Trace& itsTrace)
-    : plan(itsPlan), choices(itsChoices), pace(itsPace), trace(itsTrace), strands(itsPace), judge(*this),
-      server(judge)
+    : plan(itsPlan), choices(itsChoices), pace(itsPace), trace(itsTrace), strands(itsPace), judge(*this), server(judge)
 {
     for (const MachinePlan& machine : plan.machines)
         m_machines.emplace_back(new Machine(machine, plan.cached));

@@ -51,7 +51,6 @@ void __wrap_free(void* block)
     blocks -= block != nullptr;
     __real_free(block);
 }
-
 }
 
 #ifdef ZORVEL_COUNT_NEW

@@ -16,7 +16,7 @@ bool FailurePlan::covers(std::size_t number) const
 
 std::ostream& operator<<(std::ostream& out, const FailurePlan& plan)
 {
-    static const char* const names[] = {"false", "no such directory", "permission denied", "file access error",
+    static const char* const names[] = {"false",          "no such directory", "permission denied", "file access error",
                                         "file not found", "out of memory"};
     return out << "operation " << plan.from << (plan.persistence == Persistence::once ? " once: " : " for ever: ")
                << names[static_cast<int>(plan.failure)];
@@ -25,18 +25,12 @@ std::ostream& operator<<(std::ostream& out, const FailurePlan& plan)
 void throwFailure(Failure failure)
 {
     switch (failure) {
-    case Failure::answersFalse:
-        return;
-    case Failure::noSuchDirectory:
-        throw zvNoSuchDirectory(failureDetail);
-    case Failure::permissionDenied:
-        throw zvPermissionDenied(failureDetail);
-    case Failure::fileAccessError:
-        throw zvFileAccessError(failureDetail);
-    case Failure::fileNotFound:
-        throw zvFileNotFoundError(failureDetail);
-    case Failure::outOfMemory:
-        throw std::bad_alloc();
+    case Failure::answersFalse: return;
+    case Failure::noSuchDirectory: throw zvNoSuchDirectory(failureDetail);
+    case Failure::permissionDenied: throw zvPermissionDenied(failureDetail);
+    case Failure::fileAccessError: throw zvFileAccessError(failureDetail);
+    case Failure::fileNotFound: throw zvFileNotFoundError(failureDetail);
+    case Failure::outOfMemory: throw std::bad_alloc();
     }
 }
 

@@ -121,8 +121,8 @@ void failNext()
 }  // namespace test
 }  // namespace zorvel
 
-boost::shared_ptr<zvTimerTask> zvSetTimer(const boost::function0<void>& fn,
-                                          boost::posix_time::time_duration interval, bool repeat)
+boost::shared_ptr<zvTimerTask> zvSetTimer(const boost::function0<void>& fn, boost::posix_time::time_duration interval,
+                                          bool repeat)
 {
     using namespace zorvel::test::fake_timer;
     return boost::make_shared<Task>(add(Timer{fn, interval, repeat, false}));

@@ -21,7 +21,11 @@ class Child
 public:
     virtual ~Child() {}
 
-    enum Stream { output, errors };
+    enum Stream
+    {
+        output,
+        errors
+    };
 
     /// Waits for bytes; 0 at the end of the stream.
     virtual std::size_t read(Stream stream, char* buffer, std::size_t size) = 0;

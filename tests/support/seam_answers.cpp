@@ -62,12 +62,29 @@ std::vector<Answers> makeAnswers()
     all[modificationTimeAtServer] = {missing, denied, broken};
     all[changeMode] = {missing, denied, broken, readOnly, forbidden, lostReply("EIO-done", EIO)};
     all[availableSpace] = {isFalse};
-    all[makeDirectory] = {refused("EEXIST", EEXIST), missing, denied, broken, full, readOnly, stale,
-                          lostReply("EEXIST-done", EEXIST), lostReply("EIO-done", EIO)};
-    all[removeFile] = {missing, denied, busy, broken, readOnly, forbidden, stale, lostReply("ENOENT-done", ENOENT),
+    all[makeDirectory] = {
+        refused("EEXIST", EEXIST), missing, denied, broken, full, readOnly, stale, lostReply("EEXIST-done", EEXIST),
+        lostReply("EIO-done", EIO)};
+    all[removeFile] = {missing,
+                       denied,
+                       busy,
+                       broken,
+                       readOnly,
+                       forbidden,
+                       stale,
+                       lostReply("ENOENT-done", ENOENT),
                        lostReply("EIO-done", EIO)};
-    all[openFile] = {refused("EEXIST", EEXIST), missing, denied, broken, used, full, readOnly, forbidden, stale,
-                     lostReply("EEXIST-done", EEXIST), lostReply("EIO-done", EIO)};
+    all[openFile] = {refused("EEXIST", EEXIST),
+                     missing,
+                     denied,
+                     broken,
+                     used,
+                     full,
+                     readOnly,
+                     forbidden,
+                     stale,
+                     lostReply("EEXIST-done", EEXIST),
+                     lostReply("EIO-done", EIO)};
     all[writeFile] = {broken, full, stale, lostReply("EIO-done", EIO)};
     all[flushFile] = {broken, full, lostReply("EIO-done", EIO)};
     all[openSearch] = {missing, refused("ENOTDIR", ENOTDIR), denied, broken, used, stale, noMemory};
@@ -80,10 +97,23 @@ std::vector<Answers> makeAnswers()
     all[listEntries] = {denied, broken, used, stale, lostReply("EIO-done", EIO), noMemory};
     all[matchEntries] = {missing, denied, broken, used, stale, lostReply("EIO-done", EIO), noMemory};
     all[kindOfEntry] = {isNone, isFile, isDirectory};
-    all[removeEntry] = {missing, denied, busy, broken, readOnly, forbidden, stale, lostReply("ENOENT-done", ENOENT),
+    all[removeEntry] = {missing,
+                        denied,
+                        busy,
+                        broken,
+                        readOnly,
+                        forbidden,
+                        stale,
+                        lostReply("ENOENT-done", ENOENT),
                         lostReply("EIO-done", EIO)};
-    all[removeEmptyDirectory] = {missing, denied, busy, broken, refused("ENOTEMPTY", ENOTEMPTY), stale,
-                                 lostReply("ENOENT-done", ENOENT), lostReply("EIO-done", EIO)};
+    all[removeEmptyDirectory] = {missing,
+                                 denied,
+                                 busy,
+                                 broken,
+                                 refused("ENOTEMPTY", ENOTEMPTY),
+                                 stale,
+                                 lostReply("ENOENT-done", ENOENT),
+                                 lostReply("EIO-done", EIO)};
     all[allowRemovalOf] = {isFalse, refused("true", 1)};
     all[allowRemovalsInside] = {refused("nothing", 0)};
     all[restorePermission] = {refused("nothing", 0)};
@@ -101,8 +131,7 @@ std::vector<Answers> makeAnswers()
     all[createSemaphore] = {isNull};
     all[waitForSemaphore] = {refused("failed", static_cast<long>(platform::waitFailed)),
                              refused("abandoned", static_cast<long>(platform::waitAbandoned)),
-                             refused("timedOut", static_cast<long>(platform::waitTimedOut)),
-                             refused("unknown", 7)};
+                             refused("timedOut", static_cast<long>(platform::waitTimedOut)), refused("unknown", 7)};
     all[releaseSemaphore] = {isFalse, lostReply("false-done", 0)};
     all[closeSemaphore] = {lostReply("0-done", 0), lostReply("-1-done", -1)};
     all[lastError] = {refused("0", 0), refused("unknown", 123456)};
@@ -111,20 +140,51 @@ std::vector<Answers> makeAnswers()
     return all;
 }
 
-const char* const names[functionCount] = {
-    "sleepFor",
-    "entryKind",         "fileStatus",       "modificationTime",     "modificationTimeAtServer",
-    "changeMode",        "availableSpace",   "makeDirectory",        "removeFile",
-    "openFile",          "writeFile",        "flushFile",            "openSearch",
-    "openDirectory",     "nextOfSearch",     "codeOfSearch",         "sizeOfFound",
-    "openRemoval",       "openChild",
-    "listEntries",       "matchEntries",     "kindOfEntry",          "removeEntry",
-    "removeEmptyDirectory", "allowRemovalOf", "allowRemovalsInside", "restorePermission",
-    "resume",            "userLanguage",     "fromCodePage932",      "loadLibrary",
-    "findSymbol",        "unloadLibrary",    "listModules",          "moduleFileName",
-    "ownModuleFileName", "canonicalize",     "fullPath",             "createSemaphore",
-    "waitForSemaphore",  "releaseSemaphore", "closeSemaphore",       "lastError",
-    "systemErrorText",   "setTimer"};
+const char* const names[functionCount] = {"sleepFor",
+                                          "entryKind",
+                                          "fileStatus",
+                                          "modificationTime",
+                                          "modificationTimeAtServer",
+                                          "changeMode",
+                                          "availableSpace",
+                                          "makeDirectory",
+                                          "removeFile",
+                                          "openFile",
+                                          "writeFile",
+                                          "flushFile",
+                                          "openSearch",
+                                          "openDirectory",
+                                          "nextOfSearch",
+                                          "codeOfSearch",
+                                          "sizeOfFound",
+                                          "openRemoval",
+                                          "openChild",
+                                          "listEntries",
+                                          "matchEntries",
+                                          "kindOfEntry",
+                                          "removeEntry",
+                                          "removeEmptyDirectory",
+                                          "allowRemovalOf",
+                                          "allowRemovalsInside",
+                                          "restorePermission",
+                                          "resume",
+                                          "userLanguage",
+                                          "fromCodePage932",
+                                          "loadLibrary",
+                                          "findSymbol",
+                                          "unloadLibrary",
+                                          "listModules",
+                                          "moduleFileName",
+                                          "ownModuleFileName",
+                                          "canonicalize",
+                                          "fullPath",
+                                          "createSemaphore",
+                                          "waitForSemaphore",
+                                          "releaseSemaphore",
+                                          "closeSemaphore",
+                                          "lastError",
+                                          "systemErrorText",
+                                          "setTimer"};
 
 }  // namespace
 

@@ -42,7 +42,8 @@ ZORVEL_SEAM(modificationTime, int, const char* path, std::int64_t& seconds)
 
 ZORVEL_SEAM(modificationTimeAtServer, int, const char* path, std::int64_t& seconds)
 {
-    return seam::called<int>(seam::modificationTimeAtServer, [&] { return real_modificationTimeAtServer(path, seconds); });
+    return seam::called<int>(seam::modificationTimeAtServer,
+                             [&] { return real_modificationTimeAtServer(path, seconds); });
 }
 
 ZORVEL_SEAM(changeMode, int, const char* path, unsigned short mode)
@@ -142,8 +143,7 @@ ZORVEL_SEAM(listEntries, int, const RemovalDirectory* self, Entries& entries)
 
 ZORVEL_SEAM(matchEntries, int, const RemovalDirectory* self, const char* component, Entries& entries)
 {
-    const int code =
-        seam::called<int>(seam::matchEntries, [&] { return real_matchEntries(self, component, entries); });
+    const int code = seam::called<int>(seam::matchEntries, [&] { return real_matchEntries(self, component, entries); });
     return withKindsHidden(code, entries);
 }
 

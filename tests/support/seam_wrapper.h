@@ -8,10 +8,10 @@
 /// Defines what the library calls in place of a function of the seam, as a
 /// function of the same parameters (members take their object first), and
 /// declares the function itself as real_NAME.
-#define ZORVEL_SEAM(function, result, ...)                                          \
-    result real_##function(__VA_ARGS__) __asm__("__real_" ZORVEL_SEAM_##function);  \
-    result wrap_##function(__VA_ARGS__) __asm__("__wrap_" ZORVEL_SEAM_##function);  \
-    result wrap_##function(__VA_ARGS__)
+#define ZORVEL_SEAM(function, result, ...)                                                                             \
+  result real_##function(__VA_ARGS__) __asm__("__real_" ZORVEL_SEAM_##function);                                       \
+  result wrap_##function(__VA_ARGS__) __asm__("__wrap_" ZORVEL_SEAM_##function);                                       \
+  result wrap_##function(__VA_ARGS__)
 
 namespace zorvel {
 namespace test {

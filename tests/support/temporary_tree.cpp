@@ -9,9 +9,7 @@
 namespace zorvel {
 namespace test {
 
-TemporaryTree::TemporaryTree() : m_root(native::makeUniqueDirectory())
-{
-}
+TemporaryTree::TemporaryTree() : m_root(native::makeUniqueDirectory()) {}
 
 TemporaryTree::~TemporaryTree()
 {

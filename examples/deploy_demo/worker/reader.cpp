@@ -3,8 +3,7 @@
 namespace zorvel {
 namespace demo {
 
-Reader::Reader(const Place& place, int stallFrom)
-    : Player(place), m_stallFrom(stallFrom), m_lock(lock().getReadLock())
+Reader::Reader(const Place& place, int stallFrom) : Player(place), m_stallFrom(stallFrom), m_lock(lock().getReadLock())
 {
 }
 

@@ -3,9 +3,7 @@
 namespace zorvel {
 namespace demo {
 
-Writer::Writer(const Place& place, const Part& part) : Player(place), m_part(part), m_lock(lock().getWriteLock())
-{
-}
+Writer::Writer(const Place& place, const Part& part) : Player(place), m_part(part), m_lock(lock().getWriteLock()) {}
 
 void Writer::run()
 {

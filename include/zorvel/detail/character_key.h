@@ -55,8 +55,7 @@ inline std::uint32_t takeKey(const char*& p, const char* end)
 /// Whether the characters of a text stand at p.
 inline bool standsAt(const char* p, const char* end, const char* text, const char* textEnd)
 {
-    while (text != textEnd)
-    {
+    while (text != textEnd) {
         if (p == end || takeKey(p, end) != takeKey(text, textEnd))
             return false;
     }

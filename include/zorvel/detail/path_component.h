@@ -28,13 +28,10 @@ struct Piece
 /// network prefix), a lone pair to one.
 inline Piece trimLeadingPiece(Piece piece)
 {
-    if (piece.length >= 3 && isSeparator(piece.text[0]))
-    {
+    if (piece.length >= 3 && isSeparator(piece.text[0])) {
         while (piece.length > 2 && isSeparator(piece.text[1]) && isSeparator(piece.text[2]))
             piece.dropFirst();
-    }
-    else if (piece.length == 2 && isSeparator(piece.text[0]) && isSeparator(piece.text[1]))
-    {
+    } else if (piece.length == 2 && isSeparator(piece.text[0]) && isSeparator(piece.text[1])) {
         piece.dropFirst();
     }
     return piece;

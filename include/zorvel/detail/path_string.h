@@ -99,8 +99,7 @@ typename zvPathString_<S>::normalizer_ptr zvPathString_<S>::standardNormalizer()
 template <class S>
 void zvPathString_<S>::setNormalizer(const normalizer_ptr& normalizer)
 {
-    if (normalizer)
-    {
+    if (normalizer) {
         m_active = normalizer;
         return;
     }

@@ -32,9 +32,8 @@ TEST(DirectorySizes, TheLargestComesFirst)
     const Outcome outcome = runExample("directory_sizes", {tree.root()});
     EXPECT_EQ(outcome.status, 0);
     EXPECT_EQ(outcome.errors, "");
-    EXPECT_EQ(outcome.output, paddedTo15("2004") + "  " + tree.path("large") + '\n' +
-                              paddedTo15("3") + "  " + tree.path("small") + '\n' +
-                              paddedTo15("0") + "  " + tree.path("empty") + '\n');
+    EXPECT_EQ(outcome.output, paddedTo15("2004") + "  " + tree.path("large") + '\n' + paddedTo15("3") + "  " +
+                                  tree.path("small") + '\n' + paddedTo15("0") + "  " + tree.path("empty") + '\n');
 }
 
 TEST(DirectorySizes, WantsADirectory)

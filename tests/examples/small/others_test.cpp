@@ -56,8 +56,8 @@ TEST(ExplainError, PrintsTheSystemsText)
     const std::string missing = std::to_string(codeOfMissingFile());
     const Outcome outcome = runExample("explain_error", {missing, "123456789"});
     EXPECT_EQ(outcome.status, 0);
-    EXPECT_EQ(outcome.output, missing + ": " + firstLine(systemTextOf(codeOfMissingFile())) + '\n' +
-                              "123456789: unknown\n");
+    EXPECT_EQ(outcome.output,
+              missing + ": " + firstLine(systemTextOf(codeOfMissingFile())) + '\n' + "123456789: unknown\n");
 }
 
 TEST(SameName, ComparesByCharacter)

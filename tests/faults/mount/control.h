@@ -35,9 +35,10 @@ enum Operation
     operationCount
 };
 
-const char* const operationNames[operationCount] = {
-    "getattr", "readlink", "mkdir",  "unlink", "rmdir", "symlink", "rename",  "chmod",   "truncate", "utimens",
-    "open",    "create",   "read",   "write",  "flush", "fsync",   "opendir", "readdir", "statfs"};
+const char* const operationNames[operationCount] = {"getattr", "readlink", "mkdir",   "unlink",   "rmdir",
+                                                    "symlink", "rename",   "chmod",   "truncate", "utimens",
+                                                    "open",    "create",   "read",    "write",    "flush",
+                                                    "fsync",   "opendir",  "readdir", "statfs"};
 
 /// While `isArmed` is set operations are counted, and the call number `call`
 /// (from 1) of `operation`, once or with all that follow, takes `delay`

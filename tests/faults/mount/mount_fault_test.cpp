@@ -177,9 +177,9 @@ private:
 Scenarios scenariosOnFiles()
 {
     Scenarios all;
-    for (const auto part : {&seam::exclusiveScenarios, &seam::readWriteScenarios, &seam::downgradeScenarios,
-                            &seam::removalScenarios, &seam::creationScenarios, &seam::walkScenarios,
-                            &seam::queryScenarios, &seam::temporaryNameScenarios})
+    for (const auto part :
+         {&seam::exclusiveScenarios, &seam::readWriteScenarios, &seam::downgradeScenarios, &seam::removalScenarios,
+          &seam::creationScenarios, &seam::walkScenarios, &seam::queryScenarios, &seam::temporaryNameScenarios})
         for (const Scenario& scenario : part())
             all.push_back(scenario);
     return seam::wantedOf(all);

@@ -45,15 +45,15 @@ std::vector<Answers> makeAnswers()
     std::vector<Answers> all(operationCount);
     all[getattr] = {missing, denied, broken, stale, cutOff, late};
     all[readlink] = {missing, denied, broken, stale, late};
-    all[mkdir] = {exists, missing, denied, broken, full, overQuota, readOnly, stale, cutOff,
-                  late,   existsDone, brokenDone, staleDone};
-    all[unlink] = {missing, denied, busy, broken, readOnly, forbidden, stale, cutOff,
-                   late,    missingDone, brokenDone, staleDone};
+    all[mkdir] = {exists, missing, denied, broken,     full,       overQuota, readOnly,
+                  stale,  cutOff,  late,   existsDone, brokenDone, staleDone};
+    all[unlink] = {missing, denied, busy, broken,      readOnly,   forbidden,
+                   stale,   cutOff, late, missingDone, brokenDone, staleDone};
     all[rmdir] = {missing, denied, busy, broken, notEmpty, stale, late, missingDone, brokenDone, staleDone};
     all[chmod] = {missing, denied, broken, readOnly, forbidden, late, brokenDone};
     all[open] = {missing, denied, broken, used, readOnly, forbidden, stale, cutOff, late};
-    all[create] = {exists,    missing, denied, broken, used, full, overQuota, readOnly, forbidden,
-                   stale, cutOff, late,    existsDone, brokenDone, staleDone};
+    all[create] = {exists,    missing, denied, broken, used,       full,       overQuota, readOnly,
+                   forbidden, stale,   cutOff, late,   existsDone, brokenDone, staleDone};
     all[write] = {broken, full, overQuota, stale, cutOff, late, brokenDone};
     all[flush] = {broken, full, overQuota, stale, late};
     all[fsync] = {broken, full, late};
@@ -75,10 +75,8 @@ bool givesCode(Function function)
     case seam_faults::allowRemovalsInside:
     case seam_faults::restorePermission:
     case seam_faults::resume:
-    case seam_faults::fullPath:
-        return false;
-    default:
-        return true;
+    case seam_faults::fullPath: return false;
+    default: return true;
     }
 }
 

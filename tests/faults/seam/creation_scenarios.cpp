@@ -42,7 +42,9 @@ private:
 Scenarios creationScenarios()
 {
     return {
-        {"create_directories", &make<Create>, "true",
+        {"create_directories",
+         &make<Create>,
+         "true",
          {{entryKind, "directory link", Persistence::ever, "true"},
           {entryKind, "", Persistence::both, "true false"},
           {makeDirectory, "", Persistence::both, "false"}}},

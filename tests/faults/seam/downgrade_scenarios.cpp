@@ -73,25 +73,25 @@ Scenarios downgradeScenarios()
         {openFile, "EACCES", ever, "zvPermissionDenied"},
     };
     const Rules downgrading = exceptions + Rules{
-        {openFile, "EACCES", once, "true"},
-        {openFile, "EEXIST EEXIST-done", both, "true"},
-        {openFile, "", both, "true zvFileAccessError"},
-    };
+                                               {openFile, "EACCES", once, "true"},
+                                               {openFile, "EEXIST EEXIST-done", both, "true"},
+                                               {openFile, "", both, "true zvFileAccessError"},
+                                           };
     const Rules nobody = exceptions + Rules{
-        {openFile, "EACCES EEXIST EEXIST-done", both, "false"},
-        {openFile, "", both, "false zvFileAccessError"},
-        {entryKind, "directory link", both, "false"},
-        {entryKind, "none", ever, "zvNoSuchDirectory"},
-        {entryKind, "", both, "false zvNoSuchDirectory"},
-        {codeOfSearch, "", both, "zvFileAccessError"},
-        {nextOfSearch, "", once, "false zvFileAccessError"},
-        {nextOfSearch, "", ever, "zvFileAccessError"},
-        {openSearch, "ENOENT ENOTDIR", both, "false"},
-        {openSearch, "bad_alloc", once, "false bad_alloc"},
-        {openSearch, "bad_alloc", ever, "bad_alloc"},
-        {openSearch, "", once, "false zvFileAccessError"},
-        {openSearch, "", ever, "zvFileAccessError"},
-    };
+                                          {openFile, "EACCES EEXIST EEXIST-done", both, "false"},
+                                          {openFile, "", both, "false zvFileAccessError"},
+                                          {entryKind, "directory link", both, "false"},
+                                          {entryKind, "none", ever, "zvNoSuchDirectory"},
+                                          {entryKind, "", both, "false zvNoSuchDirectory"},
+                                          {codeOfSearch, "", both, "zvFileAccessError"},
+                                          {nextOfSearch, "", once, "false zvFileAccessError"},
+                                          {nextOfSearch, "", ever, "zvFileAccessError"},
+                                          {openSearch, "ENOENT ENOTDIR", both, "false"},
+                                          {openSearch, "bad_alloc", once, "false bad_alloc"},
+                                          {openSearch, "bad_alloc", ever, "bad_alloc"},
+                                          {openSearch, "", once, "false zvFileAccessError"},
+                                          {openSearch, "", ever, "zvFileAccessError"},
+                                      };
     return {
         {"downgrade", &make<Downgrade>, "true", downgrading, 1000, "zvNoSuchDirectory"},
         {"downgrade_of_nobody", &make<DowngradeOfNobody>, "false", nobody},

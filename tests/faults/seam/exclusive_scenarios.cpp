@@ -200,51 +200,54 @@ Scenarios exclusiveScenarios()
         {setTimer, "bad_alloc", both, "bad_alloc"},
         {setTimer, "", both, "thread_resource_error"},
     };
-    // An open that fails makes an exception of a creation, and is repeated by a refresh; one that is refused is repeated
-    // by both.
-    const Rules acquiring = misled + exceptions + Rules{
-        {entryKind, "directory link", once, "true false"},
-        {entryKind, "", both, "true false zvNoSuchDirectory"},
-        {openFile, "EACCES", once, "true"},
-        {openFile, "EACCES", ever, "zvPermissionDenied"},
-        {openFile, "EEXIST EEXIST-done", both, "true false"},
-        {openFile, "", both, "true zvFileAccessError"},
-    };
+    // An open that fails makes an exception of a creation, and is repeated by a refresh; one that is refused is
+    // repeated by both.
+    const Rules acquiring = misled + exceptions +
+                            Rules{
+                                {entryKind, "directory link", once, "true false"},
+                                {entryKind, "", both, "true false zvNoSuchDirectory"},
+                                {openFile, "EACCES", once, "true"},
+                                {openFile, "EACCES", ever, "zvPermissionDenied"},
+                                {openFile, "EEXIST EEXIST-done", both, "true false"},
+                                {openFile, "", both, "true zvFileAccessError"},
+                            };
     // What is thrown in the queue is the base.
     const Rules queued = exceptions + Rules{
-        {entryKind, "directory link", ever, "false"},
-        {entryKind, "directory link", once, "true false"},
-        {entryKind, "none", ever, "zvNoSuchDirectory zvFileBasedLockError"},
-        {entryKind, "", both, "true false zvNoSuchDirectory zvFileBasedLockError"},
-        {modificationTime, "ENOENT EBUSY", both, "true"},
-        {modificationTime, "", both, "zvFileBasedLockError"},
-        {openFile, "EACCES", once, "true"},
-        {openFile, "EACCES", ever, "zvPermissionDenied zvFileBasedLockError"},
-        {openFile, "EEXIST", once, "true"},
-        {openFile, "EEXIST-done", once, "true false"},
-        {openFile, "EEXIST EEXIST-done", ever, "true false zvFileBasedLockError"},
-        {openFile, "", both, "true zvFileAccessError zvFileBasedLockError"},
-        {removeFile, "EACCES", once, "true zvFileBasedLockError"},
-        {removeFile, "EACCES", ever, "zvFileBasedLockError"},
-    };
+                                          {entryKind, "directory link", ever, "false"},
+                                          {entryKind, "directory link", once, "true false"},
+                                          {entryKind, "none", ever, "zvNoSuchDirectory zvFileBasedLockError"},
+                                          {entryKind, "", both, "true false zvNoSuchDirectory zvFileBasedLockError"},
+                                          {modificationTime, "ENOENT EBUSY", both, "true"},
+                                          {modificationTime, "", both, "zvFileBasedLockError"},
+                                          {openFile, "EACCES", once, "true"},
+                                          {openFile, "EACCES", ever, "zvPermissionDenied zvFileBasedLockError"},
+                                          {openFile, "EEXIST", once, "true"},
+                                          {openFile, "EEXIST-done", once, "true false"},
+                                          {openFile, "EEXIST EEXIST-done", ever, "true false zvFileBasedLockError"},
+                                          {openFile, "", both, "true zvFileAccessError zvFileBasedLockError"},
+                                          {removeFile, "EACCES", once, "true zvFileBasedLockError"},
+                                          {removeFile, "EACCES", ever, "zvFileBasedLockError"},
+                                      };
     // Nobody gets in while another one holds.
     const Rules inVain = exceptions + Rules{
-        {entryKind, "directory link", both, "false"},
-        {entryKind, "none", ever, "zvNoSuchDirectory zvFileBasedLockError"},
-        {entryKind, "", both, "false zvNoSuchDirectory zvFileBasedLockError"},
-        {modificationTime, "ENOENT EBUSY", both, "false"},
-        {modificationTime, "", both, "zvFileBasedLockError"},
-        {openFile, "EACCES", once, "false"},
-        {openFile, "EACCES", ever, "zvPermissionDenied zvFileBasedLockError"},
-        {openFile, "EEXIST EEXIST-done", once, "false"},
-        {openFile, "EEXIST EEXIST-done", ever, "false zvFileBasedLockError"},
-        {openFile, "", both, "zvFileAccessError zvFileBasedLockError"},
-        {removeFile, "EACCES", both, "false zvPermissionDenied"},
-    };
+                                          {entryKind, "directory link", both, "false"},
+                                          {entryKind, "none", ever, "zvNoSuchDirectory zvFileBasedLockError"},
+                                          {entryKind, "", both, "false zvNoSuchDirectory zvFileBasedLockError"},
+                                          {modificationTime, "ENOENT EBUSY", both, "false"},
+                                          {modificationTime, "", both, "zvFileBasedLockError"},
+                                          {openFile, "EACCES", once, "false"},
+                                          {openFile, "EACCES", ever, "zvPermissionDenied zvFileBasedLockError"},
+                                          {openFile, "EEXIST EEXIST-done", once, "false"},
+                                          {openFile, "EEXIST EEXIST-done", ever, "false zvFileBasedLockError"},
+                                          {openFile, "", both, "zvFileAccessError zvFileBasedLockError"},
+                                          {removeFile, "EACCES", both, "false zvPermissionDenied"},
+                                      };
     // With time enough a file that was made unknown to its maker goes stale and is taken over.
-    const Rules patient = Rules{
-        {openFile, "EEXIST EEXIST-done", once, "true"},
-    } + acquiring;
+    const Rules patient =
+        Rules{
+            {openFile, "EEXIST EEXIST-done", once, "true"},
+        } +
+        acquiring;
     return {
         {"exclusive_try_acquire", &make<TryAcquire>, "true", acquiring},
         {"exclusive_acquire_without_refresh", &make<AcquireWithoutRefresh>, "true", acquiring},

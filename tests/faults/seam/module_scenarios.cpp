@@ -138,16 +138,20 @@ Scenarios moduleScenarios()
     const Persistence ever = Persistence::ever;
     const Persistence both = Persistence::both;
     const Rules listing = {{listModules, "", both, "system_error"}};
-    const Rules naming = Rules{
-        {moduleFileName, "", once, "all some"},
-        {moduleFileName, "", ever, "all unnamed"},
-    } + listing;
-    const Rules looking = Rules{
-        {moduleFileName, "", once, "found null"},
-        {moduleFileName, "", ever, "null"},
-        {loadLibrary, "", both, "null"},
-        {findSymbol, "", both, "null"},
-    } + listing;
+    const Rules naming =
+        Rules{
+            {moduleFileName, "", once, "all some"},
+            {moduleFileName, "", ever, "all unnamed"},
+        } +
+        listing;
+    const Rules looking =
+        Rules{
+            {moduleFileName, "", once, "found null"},
+            {moduleFileName, "", ever, "null"},
+            {loadLibrary, "", both, "null"},
+            {findSymbol, "", both, "null"},
+        } +
+        listing;
     return {
         {"module_list", &make<List>, "all", naming, 4},
         {"module_list_of_many", &make<ListOfMany>, "all", {{listModules, "", both, "first second"}}, 2},

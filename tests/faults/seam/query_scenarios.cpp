@@ -67,7 +67,8 @@ public:
         const unsigned short before = zvDisableWritePermission(path.c_str());
         const unsigned short between = zvEnableWritePermission(path.c_str());
         const bool isSet = before != 0 && zvSetFilePermissions(path.c_str(), before) == 0;
-        return std::string(textOf(isRead)) + "," + textOf(before != 0) + "," + textOf(between != 0) + "," + textOf(isSet);
+        return std::string(textOf(isRead)) + "," + textOf(before != 0) + "," + textOf(between != 0) + "," +
+               textOf(isSet);
     }
 };
 

@@ -52,7 +52,10 @@ typedef zvDirectoryReadWriteLock::WriteLock WriteLock;
 class ReaderRun : public HolderRun<ReadLock>
 {
 public:
-    ReaderRun() : HolderRun<ReadLock>(ReadLock("nowhere", zvGetDefaultFSImp())) { *m_lock = readWriteLock().getReadLock(); }
+    ReaderRun() : HolderRun<ReadLock>(ReadLock("nowhere", zvGetDefaultFSImp()))
+    {
+        *m_lock = readWriteLock().getReadLock();
+    }
 
 protected:
     void expectHeld() override
@@ -65,7 +68,10 @@ protected:
 class WriterRun : public HolderRun<WriteLock>
 {
 public:
-    WriterRun() : HolderRun<WriteLock>(WriteLock("nowhere", zvGetDefaultFSImp())) { *m_lock = readWriteLock().getWriteLock(); }
+    WriterRun() : HolderRun<WriteLock>(WriteLock("nowhere", zvGetDefaultFSImp()))
+    {
+        *m_lock = readWriteLock().getWriteLock();
+    }
 
 protected:
     void expectHeld() override
@@ -194,28 +200,32 @@ Scenarios readWriteScenarios()
     };
     // The walk that looks for stale files passes over what it cannot list; the look that decides does not.
     const Rules acquiring = exceptions + Rules{
-        {entryKind, "directory link", once, "true false"},
-        {entryKind, "none", ever, "zvNoSuchDirectory"},
-        {entryKind, "none", once, "true false zvNoSuchDirectory"},
-        {entryKind, "file", both, "true zvNoSuchDirectory"},
-        {openFile, "EACCES", once, "true"},
-        {openFile, "EEXIST EEXIST-done", both, "true"},
-        {openFile, "", both, "true zvFileAccessError"},
-        {openSearch, "ENOENT ENOTDIR", both, "true"},
-    };
-    const Rules reading = Rules{
-        {openSearch, "EACCES EIO EMFILE ESTALE EINVAL", once, "zvFileAccessError"},
-        {openSearch, "bad_alloc", once, "bad_alloc"},
-        {nextOfSearch, "", once, "zvFileAccessError"},
-    } + acquiring;
+                                             {entryKind, "directory link", once, "true false"},
+                                             {entryKind, "none", ever, "zvNoSuchDirectory"},
+                                             {entryKind, "none", once, "true false zvNoSuchDirectory"},
+                                             {entryKind, "file", both, "true zvNoSuchDirectory"},
+                                             {openFile, "EACCES", once, "true"},
+                                             {openFile, "EEXIST EEXIST-done", both, "true"},
+                                             {openFile, "", both, "true zvFileAccessError"},
+                                             {openSearch, "ENOENT ENOTDIR", both, "true"},
+                                         };
+    const Rules reading =
+        Rules{
+            {openSearch, "EACCES EIO EMFILE ESTALE EINVAL", once, "zvFileAccessError"},
+            {openSearch, "bad_alloc", once, "bad_alloc"},
+            {nextOfSearch, "", once, "zvFileAccessError"},
+        } +
+        acquiring;
     // A writer's file that cannot be made is not there.
-    const Rules writing = Rules{
-        {openFile, "EEXIST", ever, "false"},
-        {openFile, "EIO EMFILE ENOENT ENOSPC EPERM EROFS ESTALE EINVAL", ever, "false zvFileAccessError"},
-        {openSearch, "EACCES EIO EMFILE ESTALE EINVAL", once, "true zvFileAccessError"},
-        {openSearch, "bad_alloc", once, "true bad_alloc"},
-        {nextOfSearch, "", once, "true zvFileAccessError"},
-    } + acquiring;
+    const Rules writing =
+        Rules{
+            {openFile, "EEXIST", ever, "false"},
+            {openFile, "EIO EMFILE ENOENT ENOSPC EPERM EROFS ESTALE EINVAL", ever, "false zvFileAccessError"},
+            {openSearch, "EACCES EIO EMFILE ESTALE EINVAL", once, "true zvFileAccessError"},
+            {openSearch, "bad_alloc", once, "true bad_alloc"},
+            {nextOfSearch, "", once, "true zvFileAccessError"},
+        } +
+        acquiring;
     // No name for the file that tells the clocks apart; a file that cannot be judged, or removed.
     const Rules judging = {
         {modificationTime, "ENOENT", once, "true"},
@@ -224,36 +234,42 @@ Scenarios readWriteScenarios()
         {openFile, "EEXIST-done", ever, "true zvFileAccessError"},
         {removeFile, "EACCES", both, "true zvPermissionDenied"},
     };
-    const Rules readingPastTheDead = Rules{
-        {openFile, "EEXIST", ever, "true zvFileAccessError"},
-    } + judging + reading;
-    const Rules writingPastTheDead = Rules{
-        {openFile, "EEXIST", ever, "false zvFileAccessError"},
-        {removeFile, "EBUSY EIO ENOENT EPERM EROFS ESTALE EINVAL", ever, "true false"},
-    } + judging + writing;
-    const Rules inVain = exceptions + Rules{
-        {entryKind, "directory link", once, "false"},
-        {entryKind, "", both, "false zvNoSuchDirectory"},
-        {modificationTime, "ENOENT", once, "false"},
-        {modificationTime, "EBUSY", both, "false"},
-        {modificationTime, "", both, "zvFileAccessError"},
-        {openFile, "EACCES EEXIST EEXIST-done", once, "false"},
-        {openFile, "", both, "false zvFileAccessError"},
-        {removeFile, "EACCES", ever, "false zvPermissionDenied"},
-        {openSearch, "ENOENT ENOTDIR", ever, "true"},
-    };
-    const Rules readingInVain = Rules{
-        {openSearch, "ENOENT ENOTDIR", once, "true"},
-        {openSearch, "bad_alloc", once, "bad_alloc"},
-        {openSearch, "", once, "zvFileAccessError"},
-        {nextOfSearch, "", once, "zvFileAccessError"},
-    } + inVain;
-    const Rules writingInVain = Rules{
-        {openSearch, "ENOENT ENOTDIR", once, "false true"},
-        {openSearch, "bad_alloc", once, "false bad_alloc"},
-        {openSearch, "", once, "false zvFileAccessError"},
-        {nextOfSearch, "", once, "false zvFileAccessError"},
-    } + inVain;
+    const Rules readingPastTheDead =
+        Rules{
+            {openFile, "EEXIST", ever, "true zvFileAccessError"},
+        } +
+        judging + reading;
+    const Rules writingPastTheDead =
+        Rules{
+            {openFile, "EEXIST", ever, "false zvFileAccessError"},
+            {removeFile, "EBUSY EIO ENOENT EPERM EROFS ESTALE EINVAL", ever, "true false"},
+        } +
+        judging + writing;
+    const Rules inVain =
+        exceptions +
+        Rules{
+            {entryKind, "directory link", once, "false"},      {entryKind, "", both, "false zvNoSuchDirectory"},
+            {modificationTime, "ENOENT", once, "false"},       {modificationTime, "EBUSY", both, "false"},
+            {modificationTime, "", both, "zvFileAccessError"}, {openFile, "EACCES EEXIST EEXIST-done", once, "false"},
+            {openFile, "", both, "false zvFileAccessError"},   {removeFile, "EACCES", ever, "false zvPermissionDenied"},
+            {openSearch, "ENOENT ENOTDIR", ever, "true"},
+        };
+    const Rules readingInVain =
+        Rules{
+            {openSearch, "ENOENT ENOTDIR", once, "true"},
+            {openSearch, "bad_alloc", once, "bad_alloc"},
+            {openSearch, "", once, "zvFileAccessError"},
+            {nextOfSearch, "", once, "zvFileAccessError"},
+        } +
+        inVain;
+    const Rules writingInVain =
+        Rules{
+            {openSearch, "ENOENT ENOTDIR", once, "false true"},
+            {openSearch, "bad_alloc", once, "false bad_alloc"},
+            {openSearch, "", once, "false zvFileAccessError"},
+            {nextOfSearch, "", once, "false zvFileAccessError"},
+        } +
+        inVain;
     const Rules refreshing = {{openFile, "EACCES", ever, "ended"}};
     return {
         {"reader_try_acquire", &make<TryRun<ReaderRun>>, "true", reading},

@@ -132,36 +132,36 @@ Scenarios removalScenarios()
         {resume, "", both, "false"},
     };
     // A level that could not be looked into may be empty all the same.
-    const Rules descending = looking + Rules{
-        {openChild, "bad_alloc", both, "bad_alloc"},
-        {openChild, "", both, "true false"},
-        {listEntries, "bad_alloc", both, "bad_alloc"},
-        {listEntries, "EIO-done", both, "true"},
-        {listEntries, "", both, "true false"},
-        {kindOfEntry, "", both, "true false"},
-    };
+    const Rules descending =
+        looking + Rules{
+                      {openChild, "bad_alloc", both, "bad_alloc"},   {openChild, "", both, "true false"},
+                      {listEntries, "bad_alloc", both, "bad_alloc"}, {listEntries, "EIO-done", both, "true"},
+                      {listEntries, "", both, "true false"},         {kindOfEntry, "", both, "true false"},
+                  };
     // What is said to be gone although it is read-only is not tried again; what is refused is, without its protection.
     const char* const refusedOnce = readOnlyFilesStay() ? "true false" : "false";
     const char* const withoutAReply = readOnlyFilesStay() ? "true false" : "true";
     const Rules removing = descending + Rules{
-        {allowRemovalOf, "", both, "false"},
-        {removeEmptyDirectory, "ENOENT-done", both, "true"},
-        {removeEmptyDirectory, "ENOENT", once, "true false"},
-        {removeEmptyDirectory, "ENOENT", ever, "true"},
-        {removeEmptyDirectory, "EIO-done", both, "true"},
-        {removeEmptyDirectory, "", both, "false"},
-        {removeEntry, "ENOENT-done", both, withoutAReply},
-        {removeEntry, "EIO-done", both, "true"},
-        {removeEntry, "", once, refusedOnce},
-        {removeEntry, "", ever, "false"},
-    };
+                                            {allowRemovalOf, "", both, "false"},
+                                            {removeEmptyDirectory, "ENOENT-done", both, "true"},
+                                            {removeEmptyDirectory, "ENOENT", once, "true false"},
+                                            {removeEmptyDirectory, "ENOENT", ever, "true"},
+                                            {removeEmptyDirectory, "EIO-done", both, "true"},
+                                            {removeEmptyDirectory, "", both, "false"},
+                                            {removeEntry, "ENOENT-done", both, withoutAReply},
+                                            {removeEntry, "EIO-done", both, "true"},
+                                            {removeEntry, "", once, refusedOnce},
+                                            {removeEntry, "", ever, "false"},
+                                        };
     // What is said to be gone is not looked for again.
     const Rules removingEach = Rules{{removeEntry, "ENOENT", both, "true false"}} + removing;
-    const Rules removingOne = Rules{
-        {kindOfEntry, "directory", both, "false"},
-        {kindOfEntry, "", both, "true"},
-        {removeEntry, "ENOENT", both, "true"},
-    } + removing;
+    const Rules removingOne =
+        Rules{
+            {kindOfEntry, "directory", both, "false"},
+            {kindOfEntry, "", both, "true"},
+            {removeEntry, "ENOENT", both, "true"},
+        } +
+        removing;
     return {
         {"remove_tree", &make<RemoveTree>, "true", removing},
         {"remove_tree_without_kinds", &make<WithoutKinds<RemoveTree>>, "true", removing},

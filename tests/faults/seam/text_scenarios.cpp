@@ -65,7 +65,9 @@ Scenarios textScenarios()
     return {
         {"canonical_path", &make<CanonicalPath>, "absolute", {{fullPath, "", both, "input"}}},
         {"collapsed_path", &make<CollapsedPath>, "\\b", {{canonicalize, "", both, "empty"}}},
-        {"error_text", &make<ErrorText>, "text",
+        {"error_text",
+         &make<ErrorText>,
+         "text",
          {{systemErrorText, "bad_alloc", both, "bad_alloc"},
           {systemErrorText, "", once, "text last"},
           {systemErrorText, "", ever, "text neither"}}},

@@ -114,13 +114,15 @@ Scenarios walkScenarios()
         {nextOfSearch, "", both, "all some none"},
     };
     const Rules walking = Rules{{entryKind, "", both, "all some"}} + listing;
-    const Rules adding = Rules{
-        {entryKind, "directory link", ever, "all some none"},
-        {entryKind, "", both, "all some"},
-        {fileStatus, "", once, "some"},
-        {fileStatus, "", ever, "some none"},
-        {sizeOfFound, "", both, "all"},
-    } + listing;
+    const Rules adding =
+        Rules{
+            {entryKind, "directory link", ever, "all some none"},
+            {entryKind, "", both, "all some"},
+            {fileStatus, "", once, "some"},
+            {fileStatus, "", ever, "some none"},
+            {sizeOfFound, "", both, "all"},
+        } +
+        listing;
     const Rules matching = {{openSearch, "", both, "false"}, {nextOfSearch, "", both, "true false"}};
     const Rules leaving = {{openSearch, "", both, "bad_alloc done"},
                            {openDirectory, "", both, "bad_alloc done"},

@@ -1,8 +1,9 @@
-/// Preloaded into a guest's kernel, which keeps 832 bytes of a process's floating-point registers: what a processor with AVX
-/// has. A newer processor has more, and its kernel takes them only as a whole. So what the guest does not know is added to
-/// what it writes, from what the process has just then.
+/// Preloaded into a guest's kernel, which keeps 832 bytes of a process's floating-point registers: what a processor
+/// with AVX has. A newer processor has more, and its kernel takes them only as a whole. So what the guest does not know
+/// is added to what it writes, from what the process has just then.
 ///
-/// What is added is not kept apart for each thread of a guest, so no program in a guest may use it (see rig/guest-init).
+/// What is added is not kept apart for each thread of a guest, so no program in a guest may use it (see
+/// rig/guest-init).
 
 #include <sys/ptrace.h>
 #include <sys/syscall.h>

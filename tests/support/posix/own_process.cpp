@@ -47,27 +47,21 @@ unsigned long limitFor(unsigned more)
 
 }  // namespace
 
-FileMask::FileMask(unsigned mask) : m_before(umask(mask))
-{
-}
+FileMask::FileMask(unsigned mask) : m_before(umask(mask)) {}
 
 FileMask::~FileMask()
 {
     umask(m_before);
 }
 
-DescriptorLimit::DescriptorLimit(unsigned more) : m_before(exchangeLimit(RLIMIT_NOFILE, limitFor(more)))
-{
-}
+DescriptorLimit::DescriptorLimit(unsigned more) : m_before(exchangeLimit(RLIMIT_NOFILE, limitFor(more))) {}
 
 DescriptorLimit::~DescriptorLimit()
 {
     exchangeLimit(RLIMIT_NOFILE, m_before);
 }
 
-NoGrowth::NoGrowth() : m_before(exchangeLimit(RLIMIT_FSIZE, 0))
-{
-}
+NoGrowth::NoGrowth() : m_before(exchangeLimit(RLIMIT_FSIZE, 0)) {}
 
 NoGrowth::~NoGrowth()
 {

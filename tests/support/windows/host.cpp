@@ -85,8 +85,8 @@ void runOnHost(const std::string& script)
     static unsigned count = 0;
     char directory[MAX_PATH + 1];
     check(GetTempPathA(sizeof directory, directory) > 0, "GetTempPath");
-    const std::string marker = directory + ("zorvel-host-" + std::to_string(GetCurrentProcessId())) + '-' +
-                               std::to_string(++count);
+    const std::string marker =
+        directory + ("zorvel-host-" + std::to_string(GetCurrentProcessId())) + '-' + std::to_string(++count);
     startOnHost(script + "; : > " + hostPath(marker));
     waitForFile(marker);
     DeleteFileA(marker.c_str());

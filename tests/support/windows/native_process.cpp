@@ -151,7 +151,8 @@ void WindowsChild::start(const std::vector<std::string>& command, const ProcessO
     STARTUPINFOW startup = startupWith(ends);
     PROCESS_INFORMATION information;
     check(CreateProcessW(nullptr, &line[0], nullptr, nullptr, TRUE, CREATE_UNICODE_ENVIRONMENT, &block[0], nullptr,
-                         &startup, &information), command.at(0));
+                         &startup, &information),
+          command.at(0));
     *m_process.address() = information.hProcess;
     CloseHandle(information.hThread);
 }

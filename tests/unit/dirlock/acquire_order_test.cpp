@@ -27,9 +27,15 @@ protected:
     /// time whether level 0 is stale, with a deadline ten seconds away.
     Lines queueAndJudge() const
     {
-        return {"exists #0 -> true",    "exists #1 -> false", "create #1 -> true",
-                "create #0 -> false",   "isDirectory D -> true", "create CAL -> true",
-                "mtime CAL",            "remove CAL +9990000us -> true", "mtime #0"};
+        return {"exists #0 -> true",
+                "exists #1 -> false",
+                "create #1 -> true",
+                "create #0 -> false",
+                "isDirectory D -> true",
+                "create CAL -> true",
+                "mtime CAL",
+                "remove CAL +9990000us -> true",
+                "mtime #0"};
     }
 
     Lines after(Lines begin, const Lines& more) const
@@ -101,8 +107,9 @@ TEST_F(AcquireOrder, StaleTouched)
 {
     EXPECT_TRUE(run("stale touched"));
     EXPECT_THAT(m_scene.operations(),
-                ElementsAreArray(after(queueAndJudge(), {"refresh #0 +9990000us -> true", "remove #1 +9990000us -> true",
-                                                         "refresh #0 +1000000us -> true", "exists #0 -> true"})));
+                ElementsAreArray(
+                    after(queueAndJudge(), {"refresh #0 +9990000us -> true", "remove #1 +9990000us -> true",
+                                            "refresh #0 +1000000us -> true", "exists #0 -> true"})));
     expectHeld(2);
     EXPECT_FALSE(m_scene.isTaken(1));
     EXPECT_EQ(0, m_scene.fs().ageOf("D/.deploy_lock.0"));
@@ -112,9 +119,10 @@ TEST_F(AcquireOrder, StaleRemoved)
 {
     EXPECT_TRUE(run("stale removed"));
     EXPECT_THAT(m_scene.operations(),
-                ElementsAreArray(after(queueAndJudge(), {"refresh #0 +9990000us -> false", "remove #0 +9990000us -> true",
-                                                         "create #0 -> true", "remove #1 +9990000us -> true",
-                                                         "refresh #0 +1000000us -> true", "exists #0 -> true"})));
+                ElementsAreArray(
+                    after(queueAndJudge(),
+                          {"refresh #0 +9990000us -> false", "remove #0 +9990000us -> true", "create #0 -> true",
+                           "remove #1 +9990000us -> true", "refresh #0 +1000000us -> true", "exists #0 -> true"})));
     expectHeld(2);
     EXPECT_FALSE(m_scene.isTaken(1));
 }
@@ -123,11 +131,11 @@ TEST_F(AcquireOrder, StaleNotRemoved)
 {
     EXPECT_TRUE(run("stale not removed"));
     EXPECT_THAT(m_scene.operations(),
-                ElementsAreArray(after(queueAndJudge(),
-                                       {"refresh #0 +9990000us -> false", "remove #0 +9990000us -> false",
-                                        "create #0 -> false", "mtime #0", "refresh #0 +9990000us -> true",
-                                        "remove #1 +9990000us -> true", "refresh #0 +1000000us -> true",
-                                        "exists #0 -> true"})));
+                ElementsAreArray(
+                    after(queueAndJudge(),
+                          {"refresh #0 +9990000us -> false", "remove #0 +9990000us -> false", "create #0 -> false",
+                           "mtime #0", "refresh #0 +9990000us -> true", "remove #1 +9990000us -> true",
+                           "refresh #0 +1000000us -> true", "exists #0 -> true"})));
     expectHeld(2);
 }
 
@@ -144,9 +152,9 @@ TEST_F(AcquireOrder, OwnNotRemovedAfterTakeover)
 {
     EXPECT_TRUE(run("own not removed after takeover"));
     EXPECT_THAT(m_scene.operations(),
-                ElementsAreArray(after(queueAndJudge(),
-                                       {"refresh #0 +9990000us -> true", "remove #1 +9990000us -> false",
-                                        "refresh #0 +1000000us -> true", "exists #0 -> true"})));
+                ElementsAreArray(
+                    after(queueAndJudge(), {"refresh #0 +9990000us -> true", "remove #1 +9990000us -> false",
+                                            "refresh #0 +1000000us -> true", "exists #0 -> true"})));
     expectHeld(2);
 }
 

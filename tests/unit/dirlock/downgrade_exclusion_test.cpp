@@ -74,8 +74,7 @@ TEST_F(ThirdLook, IsTakenWhenAWriterHasJustLeft)
     m_scene.addWriter();
     m_scene.before("anyMatch W", 1, [this] { m_scene.dropWriter(); });
     EXPECT_TRUE(m_scene.writer().tryAcquire(false));
-    EXPECT_THAT(looks(),
-                testing::ElementsAre("anyMatch R* -> false", "anyMatch W -> false", "anyMatch R* -> false"));
+    EXPECT_THAT(looks(), testing::ElementsAre("anyMatch R* -> false", "anyMatch W -> false", "anyMatch R* -> false"));
 }
 
 TEST_F(ThirdLook, IsNotTakenWhenNobodyWasThere)

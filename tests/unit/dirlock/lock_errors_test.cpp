@@ -271,8 +271,7 @@ TEST_F(LockErrorsOfAcquire, WhatIsNotOfTheFamilyPassesUntouched)
     Scene scene;
     scene.take(0);
     scene.before("mtime #0", 1, [] { throw std::out_of_range("boom"); });
-    EXPECT_EQ((Thrown{typeid(std::out_of_range), "boom"}),
-              thrownBy([&] { scene.lock().acquire(seconds(10), false); }));
+    EXPECT_EQ((Thrown{typeid(std::out_of_range), "boom"}), thrownBy([&] { scene.lock().acquire(seconds(10), false); }));
     expectIdle(scene);
 }
 

@@ -27,8 +27,10 @@ const ChildMode scenarioMode("scenario", &runScenario);
 
 const char queuing[] = "Queuing for lock acquire in directory D\n";
 const char exists0[] = "Lock file exists at level 0.  Going to next level...\n";
-const char create0[] = "No lock found at level 0.  Sleeping for one polling cycle...\nAttempting to create queue file...\n";
-const char create1[] = "No lock found at level 1.  Sleeping for one polling cycle...\nAttempting to create queue file...\n";
+const char create0[] =
+    "No lock found at level 0.  Sleeping for one polling cycle...\nAttempting to create queue file...\n";
+const char create1[] =
+    "No lock found at level 1.  Sleeping for one polling cycle...\nAttempting to create queue file...\n";
 const char created0[] = "queue file created at level 0\n";
 const char created1[] = "queue file created at level 1\n";
 const char trying0[] = "L: Trying to acquire level 0\n";
@@ -179,8 +181,7 @@ TEST_F(LockLines, TimedOut)
 
 TEST_F(LockLines, TimedOutAndNotRemoved)
 {
-    expect("timed out and not removed", queuedAt1 + judged + sleeping + judged + sleeping + judged,
-           notRemoved(1, 380));
+    expect("timed out and not removed", queuedAt1 + judged + sleeping + judged + sleeping + judged, notRemoved(1, 380));
 }
 
 TEST_F(LockLines, RaceLost)

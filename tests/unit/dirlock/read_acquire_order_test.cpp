@@ -72,8 +72,12 @@ TEST_F(ReadAcquireOrder, FreshWriter)
 TEST_F(ReadAcquireOrder, StaleWriter)
 {
     EXPECT_TRUE(run("reader: stale writer"));
-    expectOperations({guardTaken(), writer, clocksCompared("-10000us"), {"mtime W", "remove W +1000000us -> true"},
-                      marked(), guardGivenBack()});
+    expectOperations({guardTaken(),
+                      writer,
+                      clocksCompared("-10000us"),
+                      {"mtime W", "remove W +1000000us -> true"},
+                      marked(),
+                      guardGivenBack()});
     expectSleeps(1);
     expectHeld({"own1"});
 }
@@ -81,17 +85,31 @@ TEST_F(ReadAcquireOrder, StaleWriter)
 TEST_F(ReadAcquireOrder, AStaleWriterThatCannotBeRemovedIsPassed)
 {
     EXPECT_TRUE(run("reader: stale writer not removed"));
-    expectOperations({guardTaken(), writer, clocksCompared("-10000us"), {"mtime W", "remove W +1000000us -> false"},
-                      marked(), guardGivenBack()});
+    expectOperations({guardTaken(),
+                      writer,
+                      clocksCompared("-10000us"),
+                      {"mtime W", "remove W +1000000us -> false"},
+                      marked(),
+                      guardGivenBack()});
     expectHeld({"own1", "W"});
 }
 
 TEST_F(ReadAcquireOrder, WriterLeft)
 {
     EXPECT_TRUE(run("reader: writer left"));
-    expectOperations({guardTaken(), writer, clocksCompared("+9990000us"), {"mtime W"}, guardGivenBack(),
-                      guardTaken(), writer, {"mtime W"}, guardGivenBack(),
-                      guardTaken(), noWriter, marked(), guardGivenBack()});
+    expectOperations({guardTaken(),
+                      writer,
+                      clocksCompared("+9990000us"),
+                      {"mtime W"},
+                      guardGivenBack(),
+                      guardTaken(),
+                      writer,
+                      {"mtime W"},
+                      guardGivenBack(),
+                      guardTaken(),
+                      noWriter,
+                      marked(),
+                      guardGivenBack()});
     expectSleeps(5);
     expectHeld({"own1"});
 }
@@ -101,9 +119,19 @@ TEST_F(ReadAcquireOrder, WriterLeft)
 TEST_F(ReadAcquireOrder, TimedOut)
 {
     EXPECT_FALSE(run("reader: timed out"));
-    expectOperations({guardTaken(), writer, clocksCompared("+10000us"), {"mtime W"}, guardGivenBack(),
-                      guardTaken(), writer, {"mtime W"}, guardGivenBack(),
-                      guardTaken(), writer, {"mtime W"}, guardGivenBack()});
+    expectOperations({guardTaken(),
+                      writer,
+                      clocksCompared("+10000us"),
+                      {"mtime W"},
+                      guardGivenBack(),
+                      guardTaken(),
+                      writer,
+                      {"mtime W"},
+                      guardGivenBack(),
+                      guardTaken(),
+                      writer,
+                      {"mtime W"},
+                      guardGivenBack()});
     expectSleeps(5);
     expectNotHeld({"W"});
 }
@@ -111,8 +139,15 @@ TEST_F(ReadAcquireOrder, TimedOut)
 TEST_F(ReadAcquireOrder, AWriterThatVanishesIsWaitedForOnceMore)
 {
     EXPECT_TRUE(run("reader: writer vanished"));
-    expectOperations({guardTaken(), writer, clocksCompared("+9990000us"), {"mtime W -> file not found"},
-                      guardGivenBack(), guardTaken(), noWriter, marked(), guardGivenBack()});
+    expectOperations({guardTaken(),
+                      writer,
+                      clocksCompared("+9990000us"),
+                      {"mtime W -> file not found"},
+                      guardGivenBack(),
+                      guardTaken(),
+                      noWriter,
+                      marked(),
+                      guardGivenBack()});
     expectSleeps(3);
     expectHeld({"own1"});
 }
@@ -120,8 +155,8 @@ TEST_F(ReadAcquireOrder, AWriterThatVanishesIsWaitedForOnceMore)
 TEST_F(ReadAcquireOrder, AWriterThatVanishesAtTheDeadline)
 {
     EXPECT_FALSE(run("reader: writer vanished at the deadline"));
-    expectOperations({guardTaken(), writer, clocksCompared("-10000us"), {"mtime W -> file not found"},
-                      guardGivenBack()});
+    expectOperations(
+        {guardTaken(), writer, clocksCompared("-10000us"), {"mtime W -> file not found"}, guardGivenBack()});
     expectSleeps(1);
     expectNotHeld({});
 }
@@ -169,9 +204,10 @@ TEST_F(ReadAcquireOrder, StaleGuard)
 TEST_F(ReadAcquireOrder, AGuardThatIsNotValidIsDoneWithout)
 {
     EXPECT_TRUE(run("reader: guard not valid"));
-    expectOperations({{"exists #0 -> false", "create #0 -> true", "refresh #0 +1000000us -> true",
-                       "exists #0 -> false", "remove #0 +1000000us -> true", "remove #0 +9990000us -> false"},
-                      noWriter, marked()});
+    expectOperations({{"exists #0 -> false", "create #0 -> true", "refresh #0 +1000000us -> true", "exists #0 -> false",
+                       "remove #0 +1000000us -> true", "remove #0 +9990000us -> false"},
+                      noWriter,
+                      marked()});
     expectSleeps(1);
     expectHeld({"own1"});
 }
@@ -179,7 +215,8 @@ TEST_F(ReadAcquireOrder, AGuardThatIsNotValidIsDoneWithout)
 TEST_F(ReadAcquireOrder, NotValid)
 {
     EXPECT_FALSE(run("reader: not valid"));
-    expectOperations({guardTaken(), noWriter,
+    expectOperations({guardTaken(),
+                      noWriter,
                       {"create own1 -> true", "refresh own1 +1000000us -> true", "exists own1 -> false",
                        "remove own1 +1000000us -> true"},
                       guardGivenBack()});
@@ -190,8 +227,8 @@ TEST_F(ReadAcquireOrder, NotValid)
 TEST_F(ReadAcquireOrder, NumbersThatOthersHaveAreStepped)
 {
     EXPECT_TRUE(run("reader: collisions"));
-    expectOperations({guardTaken(), noWriter, {"create own1 -> false", "create own2 -> false"}, marked("own3"),
-                      guardGivenBack()});
+    expectOperations(
+        {guardTaken(), noWriter, {"create own1 -> false", "create own2 -> false"}, marked("own3"), guardGivenBack()});
     expectSleeps(1);
     expectHeld({"own3"});
 }

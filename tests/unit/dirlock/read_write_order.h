@@ -43,32 +43,50 @@ inline Lines guardNotTaken()
 /// deadline.
 inline Lines guardWaitedForInVain()
 {
-    return {"exists #0 -> true",    "exists #1 -> false",           "create #1 -> true", "create #0 -> false",
-            "isDirectory D -> true", "create CAL -> true",          "mtime CAL",         "remove CAL +10000us -> true",
-            "mtime #0",             "create #0 -> false",           "mtime #0",          "create #0 -> false",
-            "mtime #0",             "remove #1 now -> true"};
+    return {"exists #0 -> true",
+            "exists #1 -> false",
+            "create #1 -> true",
+            "create #0 -> false",
+            "isDirectory D -> true",
+            "create CAL -> true",
+            "mtime CAL",
+            "remove CAL +10000us -> true",
+            "mtime #0",
+            "create #0 -> false",
+            "mtime #0",
+            "create #0 -> false",
+            "mtime #0",
+            "remove #1 now -> true"};
 }
 
 /// Until level 0 is judged for the first time, the deadline 9995 ms away.
 inline Lines guardQueuedFor()
 {
-    return {"exists #0 -> true",  "exists #1 -> false",    "create #1 -> true",
-            "create #0 -> false", "isDirectory D -> true", "create CAL -> true",
-            "mtime CAL",          "remove CAL +9985000us -> true", "mtime #0"};
+    return {"exists #0 -> true",
+            "exists #1 -> false",
+            "create #1 -> true",
+            "create #0 -> false",
+            "isDirectory D -> true",
+            "create CAL -> true",
+            "mtime CAL",
+            "remove CAL +9985000us -> true",
+            "mtime #0"};
 }
 
 /// The guard that is freed when it is asked for the second time; takes 15 ms.
 inline Lines guardTakenWhenFreed()
 {
-    return joined({guardQueuedFor(), {"create #0 -> true", "remove #1 +9980000us -> true",
-                                      "refresh #0 +1000000us -> true", "exists #0 -> true"}});
+    return joined(
+        {guardQueuedFor(),
+         {"create #0 -> true", "remove #1 +9980000us -> true", "refresh #0 +1000000us -> true", "exists #0 -> true"}});
 }
 
 /// The guard of a dead process; takes 10 ms.
 inline Lines guardTakenOver()
 {
-    return joined({guardQueuedFor(), {"refresh #0 +9985000us -> true", "remove #1 +9985000us -> true",
-                                      "refresh #0 +1000000us -> true", "exists #0 -> true"}});
+    return joined({guardQueuedFor(),
+                   {"refresh #0 +9985000us -> true", "remove #1 +9985000us -> true", "refresh #0 +1000000us -> true",
+                    "exists #0 -> true"}});
 }
 
 /// What the first question about a file's age costs.

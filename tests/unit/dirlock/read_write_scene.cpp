@@ -4,10 +4,7 @@ namespace zorvel {
 namespace test {
 
 ReadWriteScene::ReadWriteScene(const std::string& directory)
-    : Scene(directory),
-      m_both(directory, sharedFs()),
-      m_reader(m_both.getReadLock()),
-      m_writer(m_both.getWriteLock())
+    : Scene(directory), m_both(directory, sharedFs()), m_reader(m_both.getReadLock()), m_writer(m_both.getWriteLock())
 {
 }
 

@@ -40,8 +40,9 @@ TEST(RefusedDirectory, IsThrownAsADeniedPermission)
     options.unprivileged = true;
     // The locales of the build folder may be out of such a user's reach.
     options.unset = {"ZORVEL_CODE_PAGE", "LC_ALL", "LOCPATH"};
-    const std::string line = "denied Tried to obtain a lock on a directory without write permission: " +
-                             tree.path("refused") + "/.deploy_lock.0\n";
+    const std::string line =
+        "denied Tried to obtain a lock on a directory without write permission: " + tree.path("refused") +
+        "/.deploy_lock.0\n";
     EXPECT_EQ(line + line + "00\n", runChild("acquire-refused", {tree.path("refused")}, options).output);
     EXPECT_TRUE(tree.names("refused").empty());
 }

@@ -98,14 +98,16 @@ std::string Scene::shortly(std::string line) const
     const std::string rest = nameEnd == std::string::npos ? std::string() : line.substr(nameEnd);
     line = shortVerb(line.substr(0, verbEnd)) + ' ' + name + rest;
     const std::size_t result = line.find(" -> ");
-    const bool isTime = begins(line, "mtime ") && line.find_first_not_of("-0123456789", result + 4) == std::string::npos;
+    const bool isTime =
+        begins(line, "mtime ") && line.find_first_not_of("-0123456789", result + 4) == std::string::npos;
     return isTime ? line.substr(0, result) : line;
 }
 
 std::vector<std::string> Scene::operations() const
 {
     std::vector<std::string> lines = m_fs->log();
-    std::transform(lines.begin(), lines.end(), lines.begin(), [this](const std::string& line) { return shortly(line); });
+    std::transform(lines.begin(), lines.end(), lines.begin(),
+                   [this](const std::string& line) { return shortly(line); });
     return lines;
 }
 
@@ -119,7 +121,8 @@ std::size_t Scene::countOf(const std::string& beginning) const
 std::vector<std::string> Scene::shortFiles() const
 {
     std::vector<std::string> files = m_fs->files();
-    std::transform(files.begin(), files.end(), files.begin(), [this](const std::string& file) { return m_names(file); });
+    std::transform(files.begin(), files.end(), files.begin(),
+                   [this](const std::string& file) { return m_names(file); });
     return files;
 }
 

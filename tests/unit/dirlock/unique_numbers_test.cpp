@@ -23,8 +23,8 @@
 namespace {
 
 using namespace zorvel::test;
-using zorvel::dirlock::UniqueNumbers;
 using zorvel::dirlock::createUniqueReadLockFile;
+using zorvel::dirlock::UniqueNumbers;
 
 const unsigned long modulus = 2038074743ul;
 const std::string prefix = "D\\.deploy_read_lock.";
@@ -105,8 +105,8 @@ TEST(UniqueNumbers, AreOneSequenceForReadersAndDowngrades)
 
 TEST(UniqueNumbers, AreTheMultiplesOfAnIdentifierModuloAPrime)
 {
-    const std::uint64_t identifiers[] = {1, 4242, 12345678, modulus / 2 + 1, modulus - 1, modulus + 1,
-                                         4 * std::uint64_t(1073741823) + 3};
+    const std::uint64_t identifiers[] = {
+        1, 4242, 12345678, modulus / 2 + 1, modulus - 1, modulus + 1, 4 * std::uint64_t(1073741823) + 3};
     for (const std::uint64_t identifier : identifiers) {
         UniqueNumbers numbers(identifier);
         std::uint64_t expected = 0;

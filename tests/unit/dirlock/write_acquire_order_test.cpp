@@ -58,8 +58,8 @@ TEST_F(WriteAcquireOrder, UnrefreshedOnlyTheGuardHasATimer)
 TEST_F(WriteAcquireOrder, FreshReader)
 {
     EXPECT_FALSE(run("writer: fresh reader"));
-    expectOperations({guardTaken(), oneReader, clocksCompared("-10000us"), {"mtime R1"}, noWriter, readersLeft,
-                      guardGivenBack()});
+    expectOperations(
+        {guardTaken(), oneReader, clocksCompared("-10000us"), {"mtime R1"}, noWriter, readersLeft, guardGivenBack()});
     expectSleeps(1);
     expectNotHeld({"R1"});
 }
@@ -67,8 +67,8 @@ TEST_F(WriteAcquireOrder, FreshReader)
 TEST_F(WriteAcquireOrder, FreshWriter)
 {
     EXPECT_FALSE(run("writer: fresh writer"));
-    expectOperations({guardTaken(), noReaders, writer, clocksCompared("-10000us"), {"mtime W"}, writerLeft,
-                      guardGivenBack()});
+    expectOperations(
+        {guardTaken(), noReaders, writer, clocksCompared("-10000us"), {"mtime W"}, writerLeft, guardGivenBack()});
     expectSleeps(1);
     expectNotHeld({"W"});
 }
@@ -76,16 +76,28 @@ TEST_F(WriteAcquireOrder, FreshWriter)
 TEST_F(WriteAcquireOrder, FreshReaderAndWriter)
 {
     EXPECT_FALSE(run("writer: fresh reader and writer"));
-    expectOperations({guardTaken(), oneReader, clocksCompared("-10000us"), {"mtime R1"}, writer, {"mtime W"},
-                      readersLeft, guardGivenBack()});
+    expectOperations({guardTaken(),
+                      oneReader,
+                      clocksCompared("-10000us"),
+                      {"mtime R1"},
+                      writer,
+                      {"mtime W"},
+                      readersLeft,
+                      guardGivenBack()});
     expectNotHeld({"R1", "W"});
 }
 
 TEST_F(WriteAcquireOrder, StaleReader)
 {
     EXPECT_TRUE(run("writer: stale reader"));
-    expectOperations({guardTaken(), oneReader, clocksCompared("-10000us"),
-                      {"mtime R1", "remove R1 -10000us -> true"}, noWriter, nobodyLeft, marked, guardGivenBack()});
+    expectOperations({guardTaken(),
+                      oneReader,
+                      clocksCompared("-10000us"),
+                      {"mtime R1", "remove R1 -10000us -> true"},
+                      noWriter,
+                      nobodyLeft,
+                      marked,
+                      guardGivenBack()});
     expectSleeps(1);
     expectHeld({"W"});
 }
@@ -93,8 +105,14 @@ TEST_F(WriteAcquireOrder, StaleReader)
 TEST_F(WriteAcquireOrder, StaleWriter)
 {
     EXPECT_TRUE(run("writer: stale writer"));
-    expectOperations({guardTaken(), noReaders, writer, clocksCompared("-10000us"),
-                      {"mtime W", "remove W -10000us -> true"}, nobodyLeft, marked, guardGivenBack()});
+    expectOperations({guardTaken(),
+                      noReaders,
+                      writer,
+                      clocksCompared("-10000us"),
+                      {"mtime W", "remove W -10000us -> true"},
+                      nobodyLeft,
+                      marked,
+                      guardGivenBack()});
     expectSleeps(1);
     expectHeld({"W"});
     EXPECT_EQ(0, m_scene.fs().ageOf(m_scene.nameOfWriter()));
@@ -103,28 +121,48 @@ TEST_F(WriteAcquireOrder, StaleWriter)
 TEST_F(WriteAcquireOrder, StaleReaderAndWriter)
 {
     EXPECT_TRUE(run("writer: stale reader and writer"));
-    expectOperations({guardTaken(), oneReader, clocksCompared("-10000us"),
-                      {"mtime R1", "remove R1 -10000us -> true"}, writer, {"mtime W", "remove W -10000us -> true"},
-                      nobodyLeft, marked, guardGivenBack()});
+    expectOperations({guardTaken(),
+                      oneReader,
+                      clocksCompared("-10000us"),
+                      {"mtime R1", "remove R1 -10000us -> true"},
+                      writer,
+                      {"mtime W", "remove W -10000us -> true"},
+                      nobodyLeft,
+                      marked,
+                      guardGivenBack()});
     expectHeld({"W"});
 }
 
 TEST_F(WriteAcquireOrder, OfSeveralReadersTheStaleOnesAreRemoved)
 {
     EXPECT_FALSE(run("writer: stale and fresh readers"));
-    expectOperations({guardTaken(), {"walk R* 0 false -> 3"}, clocksCompared("-10000us"),
+    expectOperations({guardTaken(),
+                      {"walk R* 0 false -> 3"},
+                      clocksCompared("-10000us"),
                       {"mtime R1", "remove R1 -10000us -> true", "mtime R2", "mtime R3", "remove R3 -10000us -> true"},
-                      noWriter, readersLeft, guardGivenBack()});
+                      noWriter,
+                      readersLeft,
+                      guardGivenBack()});
     expectNotHeld({"R2"});
 }
 
 TEST_F(WriteAcquireOrder, AStaleReaderThatCannotBeRemovedIsThereStill)
 {
     EXPECT_TRUE(run("writer: stale reader not removed"));
-    expectOperations({guardTaken(), oneReader, clocksCompared("+9990000us"),
-                      {"mtime R1", "remove R1 +9990000us -> false"}, noWriter, readersLeft, guardGivenBack(),
-                      guardTaken(), oneReader, {"mtime R1", "remove R1 +9980000us -> true"}, noWriter, nobodyLeft,
-                      marked, guardGivenBack()});
+    expectOperations({guardTaken(),
+                      oneReader,
+                      clocksCompared("+9990000us"),
+                      {"mtime R1", "remove R1 +9990000us -> false"},
+                      noWriter,
+                      readersLeft,
+                      guardGivenBack(),
+                      guardTaken(),
+                      oneReader,
+                      {"mtime R1", "remove R1 +9980000us -> true"},
+                      noWriter,
+                      nobodyLeft,
+                      marked,
+                      guardGivenBack()});
     expectSleeps(3);
     expectHeld({"W"});
 }
@@ -132,18 +170,38 @@ TEST_F(WriteAcquireOrder, AStaleReaderThatCannotBeRemovedIsThereStill)
 TEST_F(WriteAcquireOrder, AStaleWriterThatCannotBeRemovedIsThereStill)
 {
     EXPECT_FALSE(run("writer: stale writer not removed"));
-    expectOperations({guardTaken(), noReaders, writer, clocksCompared("-10000us"),
-                      {"mtime W", "remove W -10000us -> false"}, writerLeft, guardGivenBack()});
+    expectOperations({guardTaken(),
+                      noReaders,
+                      writer,
+                      clocksCompared("-10000us"),
+                      {"mtime W", "remove W -10000us -> false"},
+                      writerLeft,
+                      guardGivenBack()});
     expectNotHeld({"W"});
 }
 
 TEST_F(WriteAcquireOrder, ReaderLeft)
 {
     EXPECT_TRUE(run("writer: reader left"));
-    expectOperations({guardTaken(), oneReader, clocksCompared("+9990000us"), {"mtime R1"}, noWriter, readersLeft,
+    expectOperations({guardTaken(),
+                      oneReader,
+                      clocksCompared("+9990000us"),
+                      {"mtime R1"},
+                      noWriter,
+                      readersLeft,
                       guardGivenBack(),
-                      guardTaken(), oneReader, {"mtime R1"}, noWriter, readersLeft, guardGivenBack(),
-                      guardTaken(), noReaders, noWriter, nobodyLeft, marked, guardGivenBack()});
+                      guardTaken(),
+                      oneReader,
+                      {"mtime R1"},
+                      noWriter,
+                      readersLeft,
+                      guardGivenBack(),
+                      guardTaken(),
+                      noReaders,
+                      noWriter,
+                      nobodyLeft,
+                      marked,
+                      guardGivenBack()});
     expectSleeps(5);
     expectHeld({"W"});
 }
@@ -151,10 +209,13 @@ TEST_F(WriteAcquireOrder, ReaderLeft)
 TEST_F(WriteAcquireOrder, ReaderAndWriterLeft)
 {
     EXPECT_TRUE(run("writer: reader and writer left"));
-    expectOperations({guardTaken(), oneReader, clocksCompared("+9990000us"), {"mtime R1"}, writer, {"mtime W"},
-                      readersLeft, guardGivenBack(),
-                      guardTaken(), noReaders, writer, {"mtime W"}, writerLeft, guardGivenBack(),
-                      guardTaken(), noReaders, noWriter, nobodyLeft, marked, guardGivenBack()});
+    expectOperations({guardTaken(), oneReader,        clocksCompared("+9990000us"),
+                      {"mtime R1"}, writer,           {"mtime W"},
+                      readersLeft,  guardGivenBack(), guardTaken(),
+                      noReaders,    writer,           {"mtime W"},
+                      writerLeft,   guardGivenBack(), guardTaken(),
+                      noReaders,    noWriter,         nobodyLeft,
+                      marked,       guardGivenBack()});
     expectSleeps(5);
     expectHeld({"W"});
 }
@@ -164,10 +225,25 @@ TEST_F(WriteAcquireOrder, ReaderAndWriterLeft)
 TEST_F(WriteAcquireOrder, TimedOut)
 {
     EXPECT_FALSE(run("writer: timed out"));
-    expectOperations({guardTaken(), oneReader, clocksCompared("+10000us"), {"mtime R1"}, noWriter, readersLeft,
+    expectOperations({guardTaken(),
+                      oneReader,
+                      clocksCompared("+10000us"),
+                      {"mtime R1"},
+                      noWriter,
+                      readersLeft,
                       guardGivenBack(),
-                      guardTaken(), oneReader, {"mtime R1"}, noWriter, readersLeft, guardGivenBack(),
-                      guardTaken(), oneReader, {"mtime R1"}, noWriter, readersLeft, guardGivenBack()});
+                      guardTaken(),
+                      oneReader,
+                      {"mtime R1"},
+                      noWriter,
+                      readersLeft,
+                      guardGivenBack(),
+                      guardTaken(),
+                      oneReader,
+                      {"mtime R1"},
+                      noWriter,
+                      readersLeft,
+                      guardGivenBack()});
     expectSleeps(5);
     expectNotHeld({"R1"});
 }
@@ -175,8 +251,14 @@ TEST_F(WriteAcquireOrder, TimedOut)
 TEST_F(WriteAcquireOrder, AReaderThatVanishesIsGone)
 {
     EXPECT_TRUE(run("writer: reader vanished"));
-    expectOperations({guardTaken(), oneReader, clocksCompared("-10000us"), {"mtime R1 -> file not found"}, noWriter,
-                      nobodyLeft, marked, guardGivenBack()});
+    expectOperations({guardTaken(),
+                      oneReader,
+                      clocksCompared("-10000us"),
+                      {"mtime R1 -> file not found"},
+                      noWriter,
+                      nobodyLeft,
+                      marked,
+                      guardGivenBack()});
     expectSleeps(1);
     expectHeld({"W"});
 }
@@ -184,8 +266,14 @@ TEST_F(WriteAcquireOrder, AReaderThatVanishesIsGone)
 TEST_F(WriteAcquireOrder, AWriterThatVanishesIsGone)
 {
     EXPECT_TRUE(run("writer: writer vanished"));
-    expectOperations({guardTaken(), noReaders, writer, clocksCompared("-10000us"), {"mtime W -> file not found"},
-                      nobodyLeft, marked, guardGivenBack()});
+    expectOperations({guardTaken(),
+                      noReaders,
+                      writer,
+                      clocksCompared("-10000us"),
+                      {"mtime W -> file not found"},
+                      nobodyLeft,
+                      marked,
+                      guardGivenBack()});
     expectHeld({"W"});
 }
 
@@ -193,8 +281,8 @@ TEST_F(WriteAcquireOrder, AWriterThatVanishesIsGone)
 TEST_F(WriteAcquireOrder, AReaderThatComesDuringTheWalkIsSeen)
 {
     EXPECT_TRUE(run("writer: reader came during the walk"));
-    expectOperations({guardTaken(), noReaders, noWriter, readersLeft, guardGivenBack(),
-                      guardTaken(), noReaders, noWriter, nobodyLeft, marked, guardGivenBack()});
+    expectOperations({guardTaken(), noReaders, noWriter, readersLeft, guardGivenBack(), guardTaken(), noReaders,
+                      noWriter, nobodyLeft, marked, guardGivenBack()});
     expectSleeps(3);
     expectHeld({"W"});
 }
@@ -242,7 +330,10 @@ TEST_F(WriteAcquireOrder, StaleGuard)
 TEST_F(WriteAcquireOrder, NotValid)
 {
     EXPECT_FALSE(run("writer: not valid"));
-    expectOperations({guardTaken(), noReaders, noWriter, nobodyLeft,
+    expectOperations({guardTaken(),
+                      noReaders,
+                      noWriter,
+                      nobodyLeft,
                       {"refresh W +1000000us -> true", "exists W -> false", "remove W +1000000us -> true"},
                       guardGivenBack()});
     expectSleeps(1);

@@ -38,19 +38,17 @@ FormatAnswer::~FormatAnswer()
 }
 
 int realAddPrimary(_memory_context* context, const qx_message_table* table) __asm__("__real_" ZORVEL_ADD_PRIMARY);
-int realAddLanguage(_memory_context* context, const char* language, const qx_language_table* table)
-    __asm__("__real_" ZORVEL_ADD_LANGUAGE);
-int realRemovePrimary(_memory_context* context, const qx_message_table* table)
-    __asm__("__real_" ZORVEL_REMOVE_PRIMARY);
+int realAddLanguage(_memory_context* context, const char* language,
+                    const qx_language_table* table) __asm__("__real_" ZORVEL_ADD_LANGUAGE);
+int realRemovePrimary(_memory_context* context, const qx_message_table* table) __asm__("__real_" ZORVEL_REMOVE_PRIMARY);
 int realFormat(_message_context* context, char* buffer, std::size_t size, std::uint32_t identifier,
                std::va_list arguments) __asm__("__real_" ZORVEL_FORMAT);
 
-int wrappedAddPrimary(_memory_context* context, const qx_message_table* table)
-    __asm__("__wrap_" ZORVEL_ADD_PRIMARY);
-int wrappedAddLanguage(_memory_context* context, const char* language, const qx_language_table* table)
-    __asm__("__wrap_" ZORVEL_ADD_LANGUAGE);
-int wrappedRemovePrimary(_memory_context* context, const qx_message_table* table)
-    __asm__("__wrap_" ZORVEL_REMOVE_PRIMARY);
+int wrappedAddPrimary(_memory_context* context, const qx_message_table* table) __asm__("__wrap_" ZORVEL_ADD_PRIMARY);
+int wrappedAddLanguage(_memory_context* context, const char* language,
+                       const qx_language_table* table) __asm__("__wrap_" ZORVEL_ADD_LANGUAGE);
+int wrappedRemovePrimary(_memory_context* context,
+                         const qx_message_table* table) __asm__("__wrap_" ZORVEL_REMOVE_PRIMARY);
 int wrappedFormat(_message_context* context, char* buffer, std::size_t size, std::uint32_t identifier,
                   std::va_list arguments) __asm__("__wrap_" ZORVEL_FORMAT);
 

@@ -10,8 +10,8 @@
 #include <sstream>
 
 using namespace zorvel::test;
-using zorvel::errors::MessageEmitter;
 using zorvel::errors::emitMessage;
+using zorvel::errors::MessageEmitter;
 using zorvel::errors::registerMessages;
 
 namespace {
@@ -28,7 +28,8 @@ struct GuardedEmitter
     }
     bool isIntact() const
     {
-        return emitter.registerTables == &registerMessages && std::string(behind, sizeof behind) == std::string(64, '#');
+        return emitter.registerTables == &registerMessages &&
+               std::string(behind, sizeof behind) == std::string(64, '#');
     }
 
     MessageEmitter emitter = MessageEmitter();

@@ -12,8 +12,8 @@
 #include <streambuf>
 
 using namespace zorvel::test;
-using zorvel::errors::MessageEmitter;
 using zorvel::errors::emitMessage;
+using zorvel::errors::MessageEmitter;
 using zorvel::errors::registerMessages;
 using zorvel::errors::removeMessages;
 
@@ -89,8 +89,7 @@ TEST_F(Emitter, FlushesOnceAfterTheWholeLine)
 {
     Sink sink;
     std::ostream stream(&sink);
-    EXPECT_EQ(static_cast<int>(abandoned.size()) + 2,
-              emitMessage(m_emitter, stream, ZORVEL_SEM_WAIT_ABANDONED, "s"));
+    EXPECT_EQ(static_cast<int>(abandoned.size()) + 2, emitMessage(m_emitter, stream, ZORVEL_SEM_WAIT_ABANDONED, "s"));
     EXPECT_EQ(std::vector<std::string>({abandoned + '\n'}), sink.flushed);
     EXPECT_EQ(abandoned + '\n', sink.text);
 }
@@ -170,8 +169,7 @@ TEST_F(Emitter, EveryRecordRegistersForItself)
     MessageEmitter other = MessageEmitter();
     other.registerTables = &countingRoutine;
     emitAbandoned();
-    EXPECT_EQ(static_cast<int>(abandoned.size()) + 2,
-              emitMessage(other, m_stream, ZORVEL_SEM_WAIT_ABANDONED, "s"));
+    EXPECT_EQ(static_cast<int>(abandoned.size()) + 2, emitMessage(other, m_stream, ZORVEL_SEM_WAIT_ABANDONED, "s"));
     EXPECT_EQ(2, routineCalls);
     EXPECT_EQ(abandoned + '\n' + abandoned + '\n', m_stream.str());
 }
@@ -234,8 +232,7 @@ TEST_F(Emitter, ATextOfOneByteIsASuccess)
 TEST_F(Emitter, AStreamThatTakesNothingChangesNoResult)
 {
     std::ostream stream(nullptr);
-    EXPECT_EQ(static_cast<int>(abandoned.size()) + 2,
-              emitMessage(m_emitter, stream, ZORVEL_SEM_WAIT_ABANDONED, "s"));
+    EXPECT_EQ(static_cast<int>(abandoned.size()) + 2, emitMessage(m_emitter, stream, ZORVEL_SEM_WAIT_ABANDONED, "s"));
     EXPECT_TRUE(stream.bad());
 }
 

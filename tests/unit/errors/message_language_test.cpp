@@ -9,8 +9,8 @@
 #include <sstream>
 
 using namespace zorvel::test;
-using zorvel::errors::MessageEmitter;
 using zorvel::errors::emitMessage;
+using zorvel::errors::MessageEmitter;
 using zorvel::errors::registerMessages;
 
 namespace {
@@ -98,9 +98,10 @@ TEST_F(MessageLanguage, SwappedPlacesTakeTheSameArguments)
     std::ostringstream stream;
     emitMessage(m_emitter, stream, ZORVEL_SEM_INVALID_RETURN_VALUE, "WaitForSingleObject", "builds", -1);
     emitMessage(m_emitter, stream, ZORVEL_SEM_OP_UNSUPPORTED, "unlink", "builds");
-    EXPECT_EQ("セマフォ 'builds' で関数 'WaitForSingleObject' は、無効な値 -1 を返しました。\n"
-              "セマフォ 'builds' への処理 'unlink' は、このプラットフォームではサポートされていないため失敗しました。\n",
-              utf8FromCodePage932(stream.str()));
+    EXPECT_EQ(
+        "セマフォ 'builds' で関数 'WaitForSingleObject' は、無効な値 -1 を返しました。\n"
+        "セマフォ 'builds' への処理 'unlink' は、このプラットフォームではサポートされていないため失敗しました。\n",
+        utf8FromCodePage932(stream.str()));
 }
 
 TEST_F(MessageLanguage, EveryNumberHasItsDigits)

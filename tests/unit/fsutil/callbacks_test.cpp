@@ -57,7 +57,7 @@ TEST(Callbacks, SizeAdderWithoutTotalIsHarmless)
 TEST(Callbacks, NamesAreInternedInOrder)
 {
     const std::unique_ptr<_namehash_context, void (*)(_namehash_context*)> context(qx_namehash_create(),
-                                                                                  &qx_namehash_destroy);
+                                                                                   &qx_namehash_destroy);
     std::vector<const char*> names;
     const zvHashNameToVector collect(names, context.get());
     const std::string first("one");

@@ -73,8 +73,8 @@ TEST(DoubleByte, WalkAndSizeEnterTheDirectory)
     tree.directory(directory);
     tree.file(below(directory, "a"), "123");
     tree.file(below(directory, "b" + directory), "4567");
-    EXPECT_EQ(found(tree, "*", 1), Names({"d:" + directory, "f:" + below(directory, "a"),
-                                          "f:" + below(directory, "b" + directory)}));
+    EXPECT_EQ(found(tree, "*", 1),
+              Names({"d:" + directory, "f:" + below(directory, "a"), "f:" + below(directory, "b" + directory)}));
     EXPECT_EQ(found(tree, below(directory, "b*")), Names({"f:" + below(directory, "b" + directory)}));
     EXPECT_EQ(found(tree, directory), Names({"d:" + directory}));
     EXPECT_EQ(zvGetDirectorySize(tree.path(directory).c_str()), 7u);

@@ -18,8 +18,8 @@
 
 using namespace zorvel::test;
 
-// The directory is chosen once and the counter starts once in a process, so each case has a child of its own, whose TEMP
-// is the tree of the test. A child prints one line for each thing that a test looks at.
+// The directory is chosen once and the counter starts once in a process, so each case has a child of its own, whose
+// TEMP is the tree of the test. A child prints one line for each thing that a test looks at.
 namespace {
 
 const std::uint32_t multiplier = 0x20001;
@@ -121,8 +121,9 @@ int compareWithFormula(const Arguments&)
     static Buffer global;
     Buffer local;
     const std::unique_ptr<Buffer> allocated(new Buffer);
-    char* const buffers[] = {local.text, global.text, allocated->text, lowHalf.address(), highHalf.address(),
-                             highHalf.address() + 0x8001, middle.address(), middle.address() + 77};
+    char* const buffers[] = {local.text,        global.text,          allocated->text,
+                             lowHalf.address(), highHalf.address(),   highHalf.address() + 0x8001,
+                             middle.address(),  middle.address() + 77};
     std::uint32_t counter = 0;
     for (const std::uint32_t ticks : {0u, 1u, 12345u, 0x7FFFFFFFu, 0x80000000u, 0xFFFFFFF0u, 0xFFFFFFFFu})
         for (char* const buffer : buffers) {

@@ -162,9 +162,10 @@ TEST(Windows, OnlyStarAndQuestionMarkAreWildCards)
 
 namespace {
 
-const char* const renamed[][2] = {
-    {"top\\sub", "top\\other"}, {"top\\sub\\inner", "top\\inner"}, {"top\\sub", "precious\\sub"},
-    {"precious\\inner", "top\\inner"}};
+const char* const renamed[][2] = {{"top\\sub", "top\\other"},
+                                  {"top\\sub\\inner", "top\\inner"},
+                                  {"top\\sub", "precious\\sub"},
+                                  {"precious\\inner", "top\\inner"}};
 
 /// Renames directories of the tree, out of it and back again until it is told
 /// to stop, and says how often that was done.

@@ -46,9 +46,9 @@ TEST_F(LinuxFork, AChildThatClosesItsObjectLeavesTheParentsOpen)
     auto semaphore = opened(name);
     EXPECT_TRUE(semaphore->TryAcquire());
     EXPECT_EQ(0, inForkedChild([&] {
-        semaphore.reset();
-        return 0;
-    }));
+                  semaphore.reset();
+                  return 0;
+              }));
     EXPECT_EQ(1u, files().size());
     EXPECT_FALSE(isFree(name));
     EXPECT_FALSE(isFreeForAChild(name));

@@ -192,7 +192,8 @@ TEST_F(LinuxRefusals, AnotherUsersOwnSemaphoreIsItsOwn)
     EXPECT_TRUE(files().empty());
 }
 
-// The messages are looked at when there are descriptors again: a sanitizer opens some to look at an object of this scene.
+// The messages are looked at when there are descriptors again: a sanitizer opens some to look at an object of this
+// scene.
 TEST_F(LinuxRefusals, NoDescriptors)
 {
     const std::string name = freshName();

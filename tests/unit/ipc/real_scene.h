@@ -37,14 +37,8 @@ protected:
 
     std::string messages() { return m_errors.take(); }
 
-    static std::string openFailed(const std::string& name, unsigned long code)
-    {
-        return failed("open", name, code);
-    }
-    static std::string waitFailed(const std::string& name, unsigned long code)
-    {
-        return failed("lock", name, code);
-    }
+    static std::string openFailed(const std::string& name, unsigned long code) { return failed("open", name, code); }
+    static std::string waitFailed(const std::string& name, unsigned long code) { return failed("lock", name, code); }
     static std::string releaseFailed(const std::string& name, unsigned long code)
     {
         return failed("release (increment)", name, code);

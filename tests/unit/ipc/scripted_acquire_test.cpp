@@ -162,8 +162,16 @@ TEST_F(ScriptedAcquire, AnyOtherAnswerIsReportedAsANumber)
     {
         unsigned long result;
         const char* shown;
-    } answers[] = {{7, "7"}, {1, "1"}, {127, "127"}, {129, "129"}, {257, "257"}, {259, "259"}, {192, "192"},
-                   {0x7FFFFFFFul, "2147483647"}, {0x80000000ul, "-2147483648"}, {0xFFFFFFFEul, "-2"}};
+    } answers[] = {{7, "7"},
+                   {1, "1"},
+                   {127, "127"},
+                   {129, "129"},
+                   {257, "257"},
+                   {259, "259"},
+                   {192, "192"},
+                   {0x7FFFFFFFul, "2147483647"},
+                   {0x80000000ul, "-2147483648"},
+                   {0xFFFFFFFEul, "-2"}};
     for (const auto& answer : answers) {
         fake_semaphore::answerWaits(answer.result);
         for (int way = 0; way < 3; ++way) {
@@ -232,13 +240,15 @@ TEST_F(ScriptedAcquire, AJapaneseUserReadsJapanese)
               "C\x83\x80\x83"
               "A\x83"
               "E\x83g\x82\xb5\x82\xdc\x82\xb5\x82\xbd\x81"
-              "B\n", messages());
+              "B\n",
+              messages());
     fake_semaphore::answerWaits(7);
     EXPECT_FALSE(semaphore.Acquire(true));
     // セマフォ 'a__b' で関数 'WaitForSingleObject' は、無効な値 7 を返しました。
     EXPECT_EQ("\x83Z\x83}\x83t\x83H 'a__b' \x82\xc5\x8a\xd6\x90\x94 'WaitForSingleObject' \x82\xcd\x81"
               "A\x96\xb3\x8c\xf8\x82\xc8\x92l 7 \x82\xf0\x95\xd4\x82\xb5\x82\xdc\x82\xb5\x82\xbd\x81"
-              "B\n", messages());
+              "B\n",
+              messages());
     setLanguage("en");
     fake_semaphore::answerWaits(timedOut);
     EXPECT_FALSE(semaphore.Acquire(true));

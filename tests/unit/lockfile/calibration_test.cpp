@@ -108,9 +108,9 @@ TEST_F(Calibration, IsMadeByTheFirstQuestionOnlyInThisOrder)
     EXPECT_FALSE(isStale("D/lock", 30, soon()));
     ASSERT_EQ(5u, m_fs->log().size());
     const std::string file = namesTried().at(0);
-    EXPECT_THAT(m_fs->log(),
-                ElementsAre("isDirectory D -> true", "create " + file + " -> true", StartsWith("mtime " + file + " -> "),
-                            "remove " + file + " +5000000us -> true", StartsWith("mtime D/lock -> ")));
+    EXPECT_THAT(m_fs->log(), ElementsAre("isDirectory D -> true", "create " + file + " -> true",
+                                         StartsWith("mtime " + file + " -> "), "remove " + file + " +5000000us -> true",
+                                         StartsWith("mtime D/lock -> ")));
     EXPECT_THAT(m_fs->files(), ElementsAre("D/lock"));
     m_fs->clearLog();
     EXPECT_FALSE(isStale("D/lock", 30, soon()));

@@ -197,7 +197,7 @@ TEST_P(StalenessByAServer, HoldsAtAnyPartOfTheSecond)
 }
 
 INSTANTIATE_TEST_SUITE_P(AheadAndBehind, StalenessByAServer,
-                         testing::Values(seconds(0), milliseconds(500), milliseconds(-500), seconds(120),
-                                         seconds(-120), seconds(3600), seconds(-3600)));
+                         testing::Values(seconds(0), milliseconds(500), milliseconds(-500), seconds(120), seconds(-120),
+                                         seconds(3600), seconds(-3600)));
 
 }  // namespace

@@ -137,8 +137,7 @@ TEST_F(RealLockFile, ManyAtOnce)
 {
     std::vector<std::unique_ptr<zvLockFile>> files;
     for (int i = 0; i < 20; ++i)
-        files.emplace_back(
-            new zvLockFile(m_name + std::to_string(i), milliseconds(3), zvGetDefaultFSImp()));
+        files.emplace_back(new zvLockFile(m_name + std::to_string(i), milliseconds(3), zvGetDefaultFSImp()));
     EXPECT_EQ(20u, m_tree.names().size());
     files.clear();
     EXPECT_TRUE(m_tree.names().empty());
@@ -159,8 +158,7 @@ TEST_F(RealLockFile, AMissingDirectoryIsThrown)
 TEST_F(RealLockFile, ADirectoryThatGoesEndsTheRefreshAndNothingElse)
 {
     m_tree.directory("sub");
-    std::unique_ptr<zvLockFile> file(
-        new zvLockFile(m_tree.path("sub\\lock"), milliseconds(2), zvGetDefaultFSImp()));
+    std::unique_ptr<zvLockFile> file(new zvLockFile(m_tree.path("sub\\lock"), milliseconds(2), zvGetDefaultFSImp()));
     // A system that ends a directory only with its last handle can have it made again by a refresh that came between,
     // after the removal was told that it had succeeded.
     ASSERT_TRUE(eventually([&] {

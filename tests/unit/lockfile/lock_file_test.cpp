@@ -153,8 +153,8 @@ TEST_F(LockFile, AFirstTouchThatTimesOutIsNoError)
 
 TEST_F(LockFile, AnExceptionOfTheFirstTouchLeavesAndNothingIsMade)
 {
-    for (const Failure failure : {Failure::noSuchDirectory, Failure::permissionDenied, Failure::fileAccessError,
-                                  Failure::fileNotFound}) {
+    for (const Failure failure :
+         {Failure::noSuchDirectory, Failure::permissionDenied, Failure::fileAccessError, Failure::fileNotFound}) {
         failEverything(failure);
         EXPECT_THROW(make(seconds(1)), zvFileBasedLockError);
         EXPECT_EQ(1u, m_recording->log().size());

@@ -155,8 +155,8 @@ TEST_F(NetworkFs, CreationThrowsInAMissingDirectory)
 
 TEST_F(NetworkFs, CreationWithoutANameIsAFileSystemError)
 {
-    EXPECT_EQ(std::string("File system error occurred: Exclusive create failed on  (reason: ") +
-                  std::strerror(ENOENT) + ")",
+    EXPECT_EQ(std::string("File system error occurred: Exclusive create failed on  (reason: ") + std::strerror(ENOENT) +
+                  ")",
               textThrown<zvFileAccessError>([&] { m_fs->createFileExclusive(""); }));
     EXPECT_THROW(m_fs->createFileExclusive(nullptr), zvFileBasedLockError);
     EXPECT_THROW(m_fs->getModificationTime(nullptr), zvFileBasedLockError);
@@ -308,8 +308,7 @@ TEST_F(NetworkFs, TheWalkIsTheOneOfTheLibrary)
     for (const int depth : {0, 1, 5})
         for (const bool stopAtFirst : {false, true}) {
             Collector files, directories, expectedFiles, expectedDirectories;
-            const int found =
-                m_fs->findMatchingFilesAndDirs(pattern.c_str(), files, directories, depth, stopAtFirst);
+            const int found = m_fs->findMatchingFilesAndDirs(pattern.c_str(), files, directories, depth, stopAtFirst);
             EXPECT_EQ(zvFindMatchingFilesAndDirs(pattern.c_str(), expectedFiles, expectedDirectories, depth,
                                                  stopAtFirst),
                       found);

@@ -22,9 +22,9 @@ class Checker
 {
 public:
     explicit Checker(const char* name, const std::vector<const char*>& symbols = {})
-        : m_symbols(symbols), m_buffer(2562 + 1, guard), m_checker(&m_buffer[0], name,
-                                                                   m_symbols.empty() ? nullptr : m_symbols.data(),
-                                                                   m_symbols.size())
+        : m_symbols(symbols),
+          m_buffer(2562 + 1, guard),
+          m_checker(&m_buffer[0], name, m_symbols.empty() ? nullptr : m_symbols.data(), m_symbols.size())
     {
     }
     Checker(const Checker&) = delete;

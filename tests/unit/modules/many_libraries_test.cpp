@@ -94,13 +94,12 @@ TEST(ManyLibraries, AreAllInTheSnapshot)
     const ChildResult child = runChild("load-many");
     EXPECT_EQ(child.status, 0);
     EXPECT_EQ(child.errors, "");
-    EXPECT_EQ(child.output,
-              "all are loaded: yes\n"
-              "the executable comes first: yes\n"
-              "as many as were loaded: yes\n"
-              "each of them once: yes\n"
-              "the same from the end: yes\n"
-              "the last one is found: yes\n"
-              "by what it exports: yes\n"
-              "not by what it lacks: yes\n");
+    EXPECT_EQ(child.output, "all are loaded: yes\n"
+                            "the executable comes first: yes\n"
+                            "as many as were loaded: yes\n"
+                            "each of them once: yes\n"
+                            "the same from the end: yes\n"
+                            "the last one is found: yes\n"
+                            "by what it exports: yes\n"
+                            "not by what it lacks: yes\n");
 }

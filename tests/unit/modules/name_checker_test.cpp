@@ -160,7 +160,8 @@ TEST(NameChecker, TheWholeFileNameAndTheWholePathAreMatches)
 // In code pages with double-byte characters too, where this one is a character whose second byte is that of '\\'.
 TEST(NameChecker, SeparatorsAreLookedForByteByByte)
 {
-    const std::string path = full("\\a\\lib\x8F\x5C" "foo");
+    const std::string path = full("\\a\\lib\x8F\x5C"
+                                  "foo");
     Checker behind("foo");
     EXPECT_TRUE(behind(path));
     EXPECT_EQ(behind.chosen(), path);

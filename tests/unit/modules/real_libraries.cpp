@@ -28,9 +28,7 @@ std::string builtFile(const char* hostPath)
 
 }  // namespace
 
-Loaded::Loaded(const std::string& path) : m_library(qxLoadLibrary(path.c_str(), nullptr))
-{
-}
+Loaded::Loaded(const std::string& path) : m_library(qxLoadLibrary(path.c_str(), nullptr)) {}
 
 Loaded::~Loaded()
 {

@@ -39,8 +39,7 @@ public:
     /// The same text with some bytes in another form and, now and then, another byte.
     std::string like(std::string text)
     {
-        for (char& byte : text)
-        {
+        for (char& byte : text) {
             if (m_random() % 4 == 0)
                 byte = otherForm(byte);
         }
@@ -126,8 +125,7 @@ std::string washed(const std::string& text, Leads leads)
 TEST(BlockScans, LastSeparators)
 {
     Texts texts;
-    for (int i = 0; i < rounds; ++i)
-    {
+    for (int i = 0; i < rounds; ++i) {
         const std::string text = texts.next() + "x";
         const Exact bytes(text);
         const auto lastSeparator = [&] { return zvFindLastSep(bytes.begin(), bytes.end() - 1); };
@@ -144,8 +142,7 @@ TEST(BlockScans, Comparisons)
 {
     Texts texts;
     int same = 0;
-    for (int i = 0; i < rounds; ++i)
-    {
+    for (int i = 0; i < rounds; ++i) {
         const zvMBCSSafeString left(texts.next());
         const zvMBCSSafeString right(texts.like(left));
         const auto isEqual = [&] { return left == right; };
@@ -160,8 +157,7 @@ TEST(BlockScans, Searches)
 {
     Texts texts;
     int found = 0;
-    for (int i = 0; i < rounds; ++i)
-    {
+    for (int i = 0; i < rounds; ++i) {
         const zvPathString text = plain(texts.next());
         const std::size_t at = texts.below(text.size() + 1);
         const zvMBCSSafeString part(texts.like(text.substr(at, texts.below(12))));
@@ -177,8 +173,7 @@ TEST(BlockScans, Searches)
 TEST(BlockScans, Normalised)
 {
     Texts texts;
-    for (int i = 0; i < rounds; ++i)
-    {
+    for (int i = 0; i < rounds; ++i) {
         const std::string text = texts.next();
         ASSERT_EQ(byCharacter([&] { return normalized(text); }), normalized(text)) << i;
     }
@@ -189,8 +184,7 @@ TEST(BlockScans, BlocksOfBothSizesFindTheSame)
 {
     typedef Scans<narrow::Block> Narrow;
     Texts texts;
-    for (int i = 0; i < rounds; ++i)
-    {
+    for (int i = 0; i < rounds; ++i) {
         const std::string text = texts.next();
         const std::size_t size = text.size();
         const std::size_t from = texts.below(size + 1);

@@ -232,8 +232,7 @@ TEST(Canonicalize, OverlongPathsDoNotFit)
 TEST(Canonicalize, OutputIsBounded)
 {
     const std::string in = "\\\\s\\abc";
-    for (std::size_t size = 1; size <= in.size() + 2; ++size)
-    {
+    for (std::size_t size = 1; size <= in.size() + 2; ++size) {
         const std::unique_ptr<char[]> out(new char[size]);
         EXPECT_EQ(out.get(), zvCanonicalizePath(out.get(), size, in.c_str(), in.size()));
         EXPECT_STREQ(size > in.size() ? in.c_str() : "", out.get()) << size;

@@ -13,8 +13,7 @@ TEST(LeadByte, HookHoldsTheSuitesTestAtLoad)
 
 TEST(LeadByte, AnswersWhatTheSuiteAnswersForEveryByte)
 {
-    for (int value = 0; value < 256; ++value)
-    {
+    for (int value = 0; value < 256; ++value) {
         const unsigned char byte = static_cast<unsigned char>(value);
         EXPECT_EQ(qxIsMultiByteLead(byte), zvIsMultiByteLead(byte)) << value;
     }

@@ -64,8 +64,7 @@ TEST(MultibyteString, EmptyEqualsOnlyEmpty)
 TEST(MultibyteString, NullEqualsNothing)
 {
     const char* const null = nullptr;
-    for (const char* text : {"", "a"})
-    {
+    for (const char* text : {"", "a"}) {
         const zvMBCSSafeString s(text);
         EXPECT_FALSE(s == null);
         EXPECT_FALSE(null == s);
@@ -102,10 +101,8 @@ TEST(MultibyteString, LoneLeadByteEqualsNoPair)
 TEST(MultibyteString, BytesThatAreNoLeadBytesEqualOnlyThemselves)
 {
     const LeadByteScope scope(&isNoLead);
-    for (int left = 0x80; left < 0x100; ++left)
-    {
-        for (int right = 0; right < 0x100; ++right)
-        {
+    for (int left = 0x80; left < 0x100; ++left) {
+        for (int right = 0; right < 0x100; ++right) {
             const std::string l = std::string("a") + static_cast<char>(left);
             expectEqual(left == right, l, std::string("A") + static_cast<char>(right));
         }
@@ -130,12 +127,11 @@ TEST(MultibyteString, CharacterKeys)
         std::uint32_t key;
         std::size_t taken;
     } rows[] = {
-        {"A", 'a', 1},           {"/", '\\', 1},          {"\\", '\\', 1},          {"\x95\x5C", 0x3955C, 2},
+        {"A", 'a', 1},           {"/", '\\', 1},           {"\\", '\\', 1},         {"\x95\x5C", 0x3955C, 2},
         {"\x95", 0x29500, 1},    {"\x83\x41", 0x38341, 2}, {"\xB1", 0xFFFFFFB1, 1}, {"\x80", 0xFFFFFF80, 1},
         {"\xFF", 0xFFFFFFFF, 1}, {"\xE0\xFF", 0x3E0FF, 2}, {"1", '1', 1},
     };
-    for (const auto& row : rows)
-    {
+    for (const auto& row : rows) {
         std::size_t taken = 0;
         EXPECT_EQ(row.key, firstKey(row.text, taken)) << row.text;
         EXPECT_EQ(row.taken, taken) << row.text;

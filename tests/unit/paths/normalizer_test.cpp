@@ -57,8 +57,7 @@ TEST(Normalizer, SeparatorsCollapseBeforeBlanksGo)
 
 TEST(Normalizer, OnlyTheSevenBlanksGo)
 {
-    for (int byte = 1; byte < 0x80; ++byte)
-    {
+    for (int byte = 1; byte < 0x80; ++byte) {
         const std::string blank(1, static_cast<char>(byte));
         const bool goes = std::string(" \t\v\b\n\r\f").find(blank) != std::string::npos;
         const std::string text = blank + "a" + blank;

@@ -234,7 +234,9 @@ TEST(PathStringFind, AtOrPastTheEndAndNull)
 TEST(PathStringFind, SecondBytesNeverBeginAMatch)
 {
     const LeadByteScope scope(&isLead932);
-    const zvPathString path("\x95\x5C" "a\\\x83\x41" "A");
+    const zvPathString path("\x95\x5C"
+                            "a\\\x83\x41"
+                            "A");
     EXPECT_EQ(3u, path.find("\\"));
     EXPECT_EQ(3u, path.find("/", 1));
     EXPECT_EQ(2u, path.find("A"));
@@ -258,7 +260,9 @@ TEST(PathStringFind, LoneLeadByteAtTheEnd)
 TEST(PathStringFind, ASingleCharacter)
 {
     const LeadByteScope scope(&isLead932);
-    const zvPathString path("\x95\x5C" "a\\\x83\x41" "A");
+    const zvPathString path("\x95\x5C"
+                            "a\\\x83\x41"
+                            "A");
     EXPECT_EQ(3u, path.find('\\'));
     EXPECT_EQ(3u, path.find('/', 1));
     EXPECT_EQ(2u, path.find('A'));
@@ -282,11 +286,21 @@ TEST(PathStringDirectory, TextBeforeTheLastSeparator)
         const char* path;
         const char* directory;
     } rows[] = {
-        {"C:\\dir\\name", "C:\\dir"}, {"C:\\name", "C:\\"},        {"C:\\", "C:\\"},         {"\\name", "\\"},
-        {"\\", "\\"},                {"name", ""},              {"", ""},                {"a\\b", "a"},
-        {"a\\", "a"},                {"C:\\dir\\", "C:\\dir"},    {"\\\\srv", "\\\\"},
+        {"C:\\dir\\name", "C:\\dir"},
+        {"C:\\name", "C:\\"},
+        {"C:\\", "C:\\"},
+        {"\\name", "\\"},
+        {"\\", "\\"},
+        {"name", ""},
+        {"", ""},
+        {"a\\b", "a"},
+        {"a\\", "a"},
+        {"C:\\dir\\", "C:\\dir"},
+        {"\\\\srv", "\\\\"},
         {"\\\\srv\\share", "\\\\srv"},
-        {"C:name", ""},              {"a b\\c", "a b"},          {"\\a\\b", "\\a"},
+        {"C:name", ""},
+        {"a b\\c", "a b"},
+        {"\\a\\b", "\\a"},
     };
     for (const auto& row : rows)
         EXPECT_EQ(row.directory, bytes(zvPathString(row.path).directoryPart())) << row.path;

@@ -12,9 +12,9 @@ TEST(Root, Accepted)
 
 TEST(Root, Refused)
 {
-    for (const char* path : {"", "C:", "C:\\x", "C:\\Temp", "\\\\server", "\\\\", "//", "C:\\\\", "1:\\", "a b:\\",
-                             "::\\", "\\\n", "C:\\\n", "\n\\", "x\n\\", " \\", "\\ ", "a", "a\\", "\x81:\\",
-                             "C:\\a\\"})
+    for (const char* path :
+         {"",     "C:",     "C:\\x", "C:\\Temp", "\\\\server", "\\\\", "//", "C:\\\\", "1:\\",    "a b:\\", "::\\",
+          "\\\n", "C:\\\n", "\n\\",  "x\n\\",    " \\",        "\\ ",  "a",  "a\\",    "\x81:\\", "C:\\a\\"})
         EXPECT_FALSE(zvIsRootDir(path)) << path;
     EXPECT_FALSE(zvIsRootDir(nullptr));
 }

@@ -28,8 +28,7 @@ std::ptrdiff_t lastNotSep(const std::string& s)
 std::vector<std::size_t> separatorsOf(const std::string& s)
 {
     std::vector<std::size_t> found;
-    for (std::size_t i = 0; i < s.size(); ++i)
-    {
+    for (std::size_t i = 0; i < s.size(); ++i) {
         if (zvIsPathSepByPtr(&s[i], s.data()))
             found.push_back(i);
     }
@@ -126,8 +125,7 @@ TEST(Separators, EmptyRangesAndNull)
     const char* const s = "\\a";
     EXPECT_EQ(nullptr, zvFindLastSep(s + 1, s));
     EXPECT_EQ(nullptr, zvFindLastNotSep(s + 1, s));
-    for (const char* other : {s, static_cast<const char*>(nullptr)})
-    {
+    for (const char* other : {s, static_cast<const char*>(nullptr)}) {
         EXPECT_EQ(nullptr, zvFindLastSep(nullptr, other));
         EXPECT_EQ(nullptr, zvFindLastSep(other, nullptr));
         EXPECT_EQ(nullptr, zvFindLastNotSep(nullptr, other));

@@ -18,8 +18,7 @@ namespace {
 std::string leadBytes()
 {
     std::string text;
-    for (int first = 0; first < 256; ++first)
-    {
+    for (int first = 0; first < 256; ++first) {
         int last = first;
         while (last < 256 && isLeadByte(static_cast<unsigned char>(last)))
             ++last;
@@ -42,13 +41,19 @@ TEST(CodePage, LeadBytesFollowTheLocale)
         const char* locale;
         const char* leads;
     } rows[] = {
-        {"ja_JP.SHIFT_JIS", "81-9F E0-FC"}, {"ja_JP.WINDOWS-31J", "81-9F E0-FC"}, {"ja_JP.EUC-JP", "8E-8E A1-FE"},
-        {"ja_JP.EUC-JP-MS", "8E-8E A1-FE"}, {"ja_JP.EUC-JISX0213", "8E-8E A1-FE"},
-        {"zh_CN.GBK", "81-FE"},             {"zh_CN.GB2312", "A1-FE"},            {"ko_KR.CP949", "81-FE"},
-        {"ko_KR.EUC-KR", "A1-FE"},          {"zh_TW.BIG5", "81-FE"},              {"en_US.ISO-8859-1", ""},
+        {"ja_JP.SHIFT_JIS", "81-9F E0-FC"},
+        {"ja_JP.WINDOWS-31J", "81-9F E0-FC"},
+        {"ja_JP.EUC-JP", "8E-8E A1-FE"},
+        {"ja_JP.EUC-JP-MS", "8E-8E A1-FE"},
+        {"ja_JP.EUC-JISX0213", "8E-8E A1-FE"},
+        {"zh_CN.GBK", "81-FE"},
+        {"zh_CN.GB2312", "A1-FE"},
+        {"ko_KR.CP949", "81-FE"},
+        {"ko_KR.EUC-KR", "A1-FE"},
+        {"zh_TW.BIG5", "81-FE"},
+        {"en_US.ISO-8859-1", ""},
     };
-    for (const auto& row : rows)
-    {
+    for (const auto& row : rows) {
         EXPECT_EQ("", leadBytes());
         const LocaleScope locale(row.locale);
         ASSERT_TRUE(locale.installed()) << row.locale;
@@ -60,13 +65,11 @@ TEST(CodePage, LeadBytesFollowTheLocale)
 TEST(CodePage, LettersAreLoweredAsUsualOrTheirTableIsAsked)
 {
     for (const char* name : {"C", "ja_JP.SHIFT_JIS", "ja_JP.EUC-JP", "zh_CN.GBK", "ko_KR.CP949", "zh_TW.BIG5",
-                             "C.UTF-8", "ja_JP.UTF-8", "tr_TR.ISO-8859-9"})
-    {
+                             "C.UTF-8", "ja_JP.UTF-8", "tr_TR.ISO-8859-9"}) {
         const LocaleScope locale(name);
         ASSERT_TRUE(locale.installed()) << name;
         bool asUsual = true;
-        for (unsigned char byte = 0; byte < 0x80; ++byte)
-        {
+        for (unsigned char byte = 0; byte < 0x80; ++byte) {
             const LoweredPair pair = lowered(byte, 'x');
             EXPECT_EQ(std::tolower(byte), pair.first) << name;
             EXPECT_EQ('x', pair.second) << name;
@@ -86,10 +89,16 @@ TEST(CodePage, Utf8HasNoLeadBytes)
 
 TEST(CodePage, NativePathKeepsSecondBytes)
 {
-    EXPECT_STREQ("a/\x95/b", posix::NativePath("a\\\x95\x5C" "b").c_str());
+    EXPECT_STREQ("a/\x95/b", posix::NativePath("a\\\x95\x5C"
+                                               "b")
+                                 .c_str());
     const LocaleScope locale("ja_JP.SHIFT_JIS");
     ASSERT_TRUE(locale.installed());
-    EXPECT_STREQ("a/\x95\x5C" "b", posix::NativePath("a\\\x95\x5C" "b").c_str());
+    EXPECT_STREQ("a/\x95\x5C"
+                 "b",
+                 posix::NativePath("a\\\x95\x5C"
+                                   "b")
+                     .c_str());
     EXPECT_STREQ("\x95\x5C/\x95", posix::NativePath("\x95\x5C\\\x95").c_str());
 }
 

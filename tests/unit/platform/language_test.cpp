@@ -37,8 +37,7 @@ std::string converted(const char* text)
 TEST_F(Language, IsThatOfTheLocale)
 {
     EXPECT_EQ("en", userLanguage());
-    for (const char* name : {"ja_JP.SHIFT_JIS", "ja_JP.EUC-JP", "ja_JP.UTF-8"})
-    {
+    for (const char* name : {"ja_JP.SHIFT_JIS", "ja_JP.EUC-JP", "ja_JP.UTF-8"}) {
         const LocaleScope locale(name);
         ASSERT_TRUE(locale.installed()) << name;
         EXPECT_EQ("ja", userLanguage()) << name;
@@ -55,10 +54,9 @@ TEST_F(Language, IsTheFirstOfTheListThatTheUserPrefers)
     {
         const char* list;
         const char* language;
-    } rows[] = {{"ja", "ja"},     {"ja:en", "ja"},    {"ja_JP:ko", "ja"}, {"ja_JP.UTF-8", "ja"}, {"ja@x", "ja"},
-                {"de:ja", "de"}, {"jam", "jam"}, {"", "ko"}, {":ja", "ja"}, {":", "ko"}};
-    for (const auto& row : rows)
-    {
+    } rows[] = {{"ja", "ja"},    {"ja:en", "ja"}, {"ja_JP:ko", "ja"}, {"ja_JP.UTF-8", "ja"}, {"ja@x", "ja"},
+                {"de:ja", "de"}, {"jam", "jam"},  {"", "ko"},         {":ja", "ja"},         {":", "ko"}};
+    for (const auto& row : rows) {
         const LanguageScope list(row.list);
         EXPECT_EQ(row.language, userLanguage()) << row.list;
     }
@@ -102,8 +100,7 @@ TEST_F(Language, TextsAreConvertedToTheLocalesCodeset)
                 {"ja_JP.EUC-JP", "a\xA5\xBD\x8E\xB1\n"},
                 {"ja_JP.UTF-8", "a\xE3\x82\xBD\xEF\xBD\xB1\n"},
                 {"en_US.ISO-8859-1", "failed"}};
-    for (const auto& row : rows)
-    {
+    for (const auto& row : rows) {
         const LocaleScope locale(row.locale);
         ASSERT_TRUE(locale.installed()) << row.locale;
         EXPECT_EQ(row.bytes, converted(text)) << row.locale;
@@ -133,8 +130,7 @@ TEST_F(Language, LongTextsAreConvertedWhole)
     ASSERT_TRUE(locale.installed());
     std::string text;
     std::string expected;
-    for (int count = 0; count < 100000; ++count)
-    {
+    for (int count = 0; count < 100000; ++count) {
         text += "\xB1";
         expected += "\xEF\xBD\xB1";
     }

@@ -103,12 +103,10 @@ TEST(FullPath, AtTheRoot)
 
 TEST(FullPath, ExactlyWhatFits)
 {
-    for (std::size_t size = 1; size < 10; ++size)
-    {
+    for (std::size_t size = 1; size < 10; ++size) {
         const std::unique_ptr<char[]> out(new char[size]);
         EXPECT_EQ(size >= 6, fullPath("\\a\\bc", out.get(), size)) << size;
-        if (size >= 6)
-        {
+        if (size >= 6) {
             EXPECT_STREQ("\\a\\bc", out.get());
         }
     }

@@ -57,8 +57,7 @@ int mappings()
 TEST(SemaphorePlace, NoHandleIsGivenTwice)
 {
     std::set<void*> handles;
-    for (int i = 0; i < 3000; ++i)
-    {
+    for (int i = 0; i < 3000; ++i) {
         void* const handle = opened();
         EXPECT_TRUE(handles.insert(handle).second) << i;
         EXPECT_EQ(waitSucceeded, waitForSemaphore(handle, 0));
@@ -90,8 +89,7 @@ TEST(SemaphorePlace, ManyAreOpenAtOnce)
         handles.push_back(opened(name() + "-" + std::to_string(i)));
     for (void* const handle : handles)
         EXPECT_EQ(waitSucceeded, waitForSemaphore(handle, 0));
-    for (void* const handle : handles)
-    {
+    for (void* const handle : handles) {
         EXPECT_EQ(waitTimedOut, waitForSemaphore(handle, 0));
         EXPECT_TRUE(releaseSemaphore(handle));
         errno = 0;
@@ -104,8 +102,7 @@ TEST(SemaphorePlace, ManyAreOpenAtOnce)
 /// Objects that share a handle may be used by different threads: who closes it does not take the memory away.
 TEST(SemaphorePlace, IsClosedWhileOthersUseIt)
 {
-    for (int i = 0; i < 100; ++i)
-    {
+    for (int i = 0; i < 100; ++i) {
         void* const handle = opened();
         std::atomic<int> started(0);
         const auto use = [&] {

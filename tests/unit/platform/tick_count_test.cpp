@@ -30,8 +30,7 @@ TEST(TickCount, IsTheTimeSinceTheStartOfTheSystem)
 TEST(TickCount, NeverGoesBack)
 {
     std::uint32_t last = tickCount();
-    for (int count = 0; count < 1000; ++count)
-    {
+    for (int count = 0; count < 1000; ++count) {
         const std::uint32_t now = tickCount();
         EXPECT_LT(now - last, 0x80000000u);
         last = now;

@@ -45,8 +45,7 @@ TEST(WholeCharacters, OfCodesets)
         {"en_US.ISO-8859-1", "\x83\x5C\xE9", "0 1 2 3"},
         {"ja_JP.UTF-8", "a\xC3\xA9\xE3\x82\xBD\xF0\x9F\x98\x80", "0 1 1 3 3 3 6 6 6 6 10"},
     };
-    for (const auto& row : rows)
-    {
+    for (const auto& row : rows) {
         const LocaleScope locale(row.locale);
         ASSERT_TRUE(locale.installed()) << row.locale;
         EXPECT_EQ(row.whole, wholeFor(row.text)) << row.locale;

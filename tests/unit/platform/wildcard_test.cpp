@@ -15,9 +15,9 @@ TEST(Wildcard, SingleBytes)
         const char* name;
         bool matches;
     } rows[] = {
-        {"*", "", true},      {"*", "a", true},         {"?", "", false},         {"?", "a", true},
-        {"a*", "a", true},    {"*a", "ba", true},       {"*a", "ab", false},      {"*ab*cd", "xabyabcd", true},
-        {"a?c", "abc", true}, {"a?c", "ac", false},     {"A", "a", false},        {"**?**", "x", true},
+        {"*", "", true},          {"*", "a", true},         {"?", "", false},    {"?", "a", true},
+        {"a*", "a", true},        {"*a", "ba", true},       {"*a", "ab", false}, {"*ab*cd", "xabyabcd", true},
+        {"a?c", "abc", true},     {"a?c", "ac", false},     {"A", "a", false},   {"**?**", "x", true},
         {"*A", "\x83\x41", true}, {"??", "\x83\x41", true},
     };
     for (const auto& row : rows)
@@ -34,11 +34,30 @@ TEST(Wildcard, DoubleByteCharactersAreMatchedWhole)
         const char* name;
         bool matches;
     } rows[] = {
-        {"*A", "\x83\x41", false},       {"*A", "\x83\x41" "A", true},       {"?", "\x83\x41", true},
-        {"??", "\x83\x41", false},       {"??", "\x83\x41" "A", true},       {"*\x83\x41", "a\x83\x41", true},
-        {"*\x83\x41", "\x83\x83\x41", false}, {"\x83*", "\x83\x41", false}, {"?A", "\x83\x41", false},
-        {"*\x95\x5C", "x\x95\x5C", true}, {"\x83", "\x83", true},          {"\x83", "\x83\x41", false},
-        {"*\x83", "a\x83", true},        {"?", "\x83", true},              {"*AA", "\x83\x41" "AA", true},
+        {"*A", "\x83\x41", false},
+        {"*A",
+         "\x83\x41"
+         "A",
+         true},
+        {"?", "\x83\x41", true},
+        {"??", "\x83\x41", false},
+        {"??",
+         "\x83\x41"
+         "A",
+         true},
+        {"*\x83\x41", "a\x83\x41", true},
+        {"*\x83\x41", "\x83\x83\x41", false},
+        {"\x83*", "\x83\x41", false},
+        {"?A", "\x83\x41", false},
+        {"*\x95\x5C", "x\x95\x5C", true},
+        {"\x83", "\x83", true},
+        {"\x83", "\x83\x41", false},
+        {"*\x83", "a\x83", true},
+        {"?", "\x83", true},
+        {"*AA",
+         "\x83\x41"
+         "AA",
+         true},
     };
     for (const auto& row : rows)
         EXPECT_EQ(matchesWildcards(row.pattern, row.name), row.matches) << row.pattern << " on " << row.name;

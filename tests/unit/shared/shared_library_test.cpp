@@ -20,7 +20,8 @@ namespace {
 class Directory
 {
 public:
-    Directory() : m_path(std::filesystem::temp_directory_path() / ("zorvel_shared_" + std::to_string(std::random_device()())))
+    Directory()
+        : m_path(std::filesystem::temp_directory_path() / ("zorvel_shared_" + std::to_string(std::random_device()())))
     {
         std::filesystem::create_directory(m_path);
     }

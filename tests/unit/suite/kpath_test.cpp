@@ -137,15 +137,19 @@ TEST(KPath, ConcatenatesWithOneSeparator)
 
 TEST(KPath, ConcatenatingKnowsDoubleByteCharacters)
 {
-    EXPECT_EQ(isDoubleByte() ? "\x95\x5C\\b" : "\x95\x5C" "b", concatenated("\x95\x5C", "b"));
+    EXPECT_EQ(isDoubleByte() ? "\x95\x5C\\b"
+                             : "\x95\x5C"
+                               "b",
+              concatenated("\x95\x5C", "b"));
     EXPECT_EQ("a\\\x95\x5C", concatenated("a", "\x95\x5C"));
     EXPECT_EQ("\x95\\b", concatenated("\x95", "b"));
 }
 
 TEST(KPath, SplitPartsJoinToTheSamePath)
 {
-    for (const char* path : {"a\\b", "\\x", "C:\\x", "C:x", "\\\\srv\\share", "b", "a\\\x95\x5C", "\x95\x5C" "b"})
-    {
+    for (const char* path : {"a\\b", "\\x", "C:\\x", "C:x", "\\\\srv\\share", "b", "a\\\x95\x5C",
+                             "\x95\x5C"
+                             "b"}) {
         const Parts parts = separated(path);
         EXPECT_EQ(path, concatenated(parts.first, parts.second.c_str()));
     }
@@ -153,16 +157,14 @@ TEST(KPath, SplitPartsJoinToTheSamePath)
 
 TEST(KPath, ConcatenatingIsBounded)
 {
-    for (std::size_t size = 0; size <= 8; ++size)
-    {
+    for (std::size_t size = 0; size <= 8; ++size) {
         const std::unique_ptr<char[]> buffer(new char[size + 1]);
         std::memset(buffer.get(), 'a', size + 1);
         if (size >= 4)
             std::strcpy(buffer.get(), "abc");
         const bool fits = size >= 7;
         EXPECT_EQ(fits, kpConcatPathName(buffer.get(), size, "de")) << size;
-        if (size >= 4)
-        {
+        if (size >= 4) {
             EXPECT_STREQ(fits ? "abc\\de" : "abc", buffer.get()) << size;
         }
     }

@@ -20,8 +20,12 @@ public:
             m_identifiers.push_back(facility << 16 | index);
         m_identifiers.push_back(0xFFFFFFFF);
         m_names.assign(english.size(), "NAME");
-        m_table = {static_cast<std::uint32_t>(english.size()), facility, m_identifiers.data(), m_names.data(),
-                   m_english.data(), ""};
+        m_table = {static_cast<std::uint32_t>(english.size()),
+                   facility,
+                   m_identifiers.data(),
+                   m_names.data(),
+                   m_english.data(),
+                   ""};
         qx_mem_add_primary_message_table(qxGetMemoryContext(), &m_table);
     }
     ~MessageFacility() { qx_mem_remove_primary_message_table(qxGetMemoryContext(), &m_table); }

@@ -35,7 +35,8 @@ class Japanese
 {
 public:
     Japanese(const char* english, const char* japanese)
-        : m_user("ja", fake_language::asStored), m_facility(facility, {english}),
+        : m_user("ja", fake_language::asStored),
+          m_facility(facility, {english}),
           m_translation("ja", {m_facility.identifier(1)}, {japanese})
     {
     }
@@ -105,8 +106,8 @@ TEST(MessageFormat, BytesAreKept)
 
 TEST(MessageFormat, EnglishWithOtherConversionsFails)
 {
-    for (const char* text : {"%x", "%i", "%u", "%c", "%f", "%n", "%p", "%5d", "%-5s", "%.3s", "%ld", "%*d", "%1", "%1$s",
-                             "% d", "%", "text %", "%d%", "%s %x"})
+    for (const char* text : {"%x", "%i", "%u", "%c", "%f", "%n", "%p", "%5d", "%-5s", "%.3s", "%ld", "%*d", "%1",
+                             "%1$s", "% d", "%", "text %", "%d%", "%s %x"})
         EXPECT_EQ("failed", English(text).with(0, "", "")) << text;
 }
 
@@ -152,8 +153,8 @@ TEST(MessageFormat, EverySizeTakesWhatFits)
         char buffer[40];
         std::memset(buffer, '#', sizeof buffer);
         const std::string expected = whole.substr(0, size - 1);
-        EXPECT_EQ(static_cast<int>(expected.size()),
-                  formatInto(buffer, size, messages.identifier(1), "name", 12345)) << size;
+        EXPECT_EQ(static_cast<int>(expected.size()), formatInto(buffer, size, messages.identifier(1), "name", 12345))
+            << size;
         if (size > 1) {
             EXPECT_STREQ(expected.c_str(), buffer) << size;
         }
@@ -185,8 +186,8 @@ TEST(MessageFormat, NoCharacterIsCutInTwo)
         char buffer[20];
         const std::size_t characters = (size - 2) / character.size();
         const std::string expected = text.substr(0, 1 + characters * character.size());
-        EXPECT_EQ(static_cast<int>(expected.size()),
-                  formatInto(buffer, size, messages.identifier(1), text.c_str())) << size;
+        EXPECT_EQ(static_cast<int>(expected.size()), formatInto(buffer, size, messages.identifier(1), text.c_str()))
+            << size;
         EXPECT_EQ(expected, buffer) << size;
     }
 }

@@ -29,8 +29,7 @@ TEST(NameHash, NamesStayWhereTheyAre)
     std::vector<const char*> handedOut;
     for (int i = 0; i < 5000; ++i)
         handedOut.push_back(qx_namehash_add(names, std::to_string(i).c_str()));
-    for (int i = 0; i < 5000; ++i)
-    {
+    for (int i = 0; i < 5000; ++i) {
         ASSERT_EQ(std::to_string(i), handedOut[static_cast<std::size_t>(i)]);
         ASSERT_EQ(handedOut[static_cast<std::size_t>(i)], qx_namehash_add(names, std::to_string(i).c_str()));
     }

@@ -21,8 +21,7 @@ std::vector<std::string> listed(const std::string& pattern)
     char* const block = ioGetDirList(pattern.c_str(), 0);
     if (block == nullptr)
         return names;
-    for (const char* name = block; *name != '\0'; name += std::strlen(name) + 1)
-    {
+    for (const char* name = block; *name != '\0'; name += std::strlen(name) + 1) {
         if (std::string(name) != "." && std::string(name) != "..")
             names.push_back(name);
     }

@@ -42,8 +42,7 @@ TEST(Regexp, LongTextsDoNotOverflowTheStack)
 
 TEST(Regexp, PatternsMadeUpAsOneGoes)
 {
-    for (int i = 0; i < 200; ++i)
-    {
+    for (int i = 0; i < 200; ++i) {
         const std::string number = std::to_string(i);
         EXPECT_TRUE(qxRegexpi(number.c_str(), ("^" + number + "$").c_str()));
         EXPECT_FALSE(qxRegexpi("x", ("^" + number + "$").c_str()));
@@ -54,11 +53,9 @@ TEST(Regexp, ManyThreads)
 {
     std::atomic<int> wrong(0);
     std::vector<std::thread> threads;
-    for (int t = 0; t < 4; ++t)
-    {
+    for (int t = 0; t < 4; ++t) {
         threads.emplace_back([&wrong, t] {
-            for (int i = 0; i < 200; ++i)
-            {
+            for (int i = 0; i < 200; ++i) {
                 const std::string pattern = "^thread" + std::to_string((t + i) % 50) + "$";
                 if (!qxRegexpi(("THREAD" + std::to_string((t + i) % 50)).c_str(), pattern.c_str()))
                     ++wrong;

@@ -63,7 +63,8 @@ TEST(Child, ReturnsStatusOutputAndErrors)
 
 TEST(Child, ArgumentsArriveAsTheyAre)
 {
-    const ChildResult result = runChild("arguments", {"", "a b", "say \"x\"", "end\\", "a\\\"b\\\\", "*", "?.cpp", "'"});
+    const ChildResult result =
+        runChild("arguments", {"", "a b", "say \"x\"", "end\\", "a\\\"b\\\\", "*", "?.cpp", "'"});
     EXPECT_EQ("[]\n[a b]\n[say \"x\"]\n[end\\]\n[a\\\"b\\\\]\n[*]\n[?.cpp]\n[']\n", result.output);
 }
 

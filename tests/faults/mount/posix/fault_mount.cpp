@@ -3,9 +3,9 @@
 //   fault_mount FOLDER MOUNT_POINT CONTROL_FILE
 //   fault_mount --try
 //
-// The first shows what is in FOLDER at MOUNT_POINT and prints "mounted"; CONTROL_FILE holds a Control (control.h). It ends,
-// and the mount with it, when it is told to, on SIGTERM, or with the process that started it. The second only says why
-// this machine cannot carry such a mount (exit status 1), if it cannot.
+// The first shows what is in FOLDER at MOUNT_POINT and prints "mounted"; CONTROL_FILE holds a Control (control.h). It
+// ends, and the mount with it, when it is told to, on SIGTERM, or with the process that started it. The second only
+// says why this machine cannot carry such a mount (exit status 1), if it cannot.
 //
 // Nothing is cached: every operation that the kernel needs comes here, one after another, so that runs can be repeated.
 
@@ -163,9 +163,8 @@ int cut(const char* path, off_t size, fuse_file_info*)
 
 int setTimes(const char* path, const timespec times[2], fuse_file_info*)
 {
-    return passedAndAsked(fault_mount::utimens, [&] {
-        return result(utimensat(AT_FDCWD, below(path).c_str(), times, AT_SYMLINK_NOFOLLOW));
-    });
+    return passedAndAsked(fault_mount::utimens,
+                          [&] { return result(utimensat(AT_FDCWD, below(path).c_str(), times, AT_SYMLINK_NOFOLLOW)); });
 }
 
 /// An open that failed after it was done leaves nothing open.

@@ -40,8 +40,8 @@ MountedFolder::MountedFolder()
     m_tree.directory("point");
     m_tree.file("orders", std::string(sizeof(Control), '\0'));
     m_control = mapped(nativeForm(m_tree.path("orders")));
-    m_process.reset(new Process({ZORVEL_FAULT_MOUNT, nativeForm(m_tree.path("folder")), nativePath(),
-                                 nativeForm(m_tree.path("orders"))}));
+    m_process.reset(new Process(
+        {ZORVEL_FAULT_MOUNT, nativeForm(m_tree.path("folder")), nativePath(), nativeForm(m_tree.path("orders"))}));
     std::string line;
     if (!m_process->readLine(line) || line != "mounted")
         throw std::runtime_error("no mount");
