@@ -1,0 +1,1 @@
+// The headers that this is for are in the CMakeLists.txt beside it.
