@@ -17,7 +17,7 @@ if(WIN32)
   configure_file(${PROJECT_SOURCE_DIR}/cmake/version.rc.in ${PROJECT_BINARY_DIR}/version.rc @ONLY)
   target_sources(zorvel PRIVATE ${PROJECT_BINARY_DIR}/version.rc)
 else()
-  set_target_properties(zorvel PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
+  set_target_properties(zorvel PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${ZORVEL_SOVERSION})
 endif()
 
 # The same objects as a static library, for tests: they see what the shared library hides, and can put their own clock
