@@ -1,0 +1,15 @@
+# What cpack makes: a pair of .deb files (the library; what it takes to build with it) or, for Windows, one .zip of it all.
+# scripts/package runs it.
+set(CPACK_PACKAGE_NAME zorvel)
+set(CPACK_PACKAGE_VENDOR "The zorvel authors")
+set(CPACK_PACKAGE_CONTACT "The zorvel authors <authors@zorvel.invalid>")
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY ${PROJECT_DESCRIPTION})
+set(CPACK_RESOURCE_FILE_LICENSE ${PROJECT_SOURCE_DIR}/LICENSE)
+set(CPACK_VERBATIM_VARIABLES ON)
+set(CPACK_STRIP_FILES ON)
+if(WIN32)
+  include(${CMAKE_CURRENT_LIST_DIR}/package_zip.cmake)
+else()
+  include(${CMAKE_CURRENT_LIST_DIR}/package_deb.cmake)
+endif()
+include(CPack)
