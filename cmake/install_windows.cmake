@@ -19,6 +19,7 @@ install(FILES ${stripped} DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT runtime)
 file(STRINGS ${ZORVEL_DEPS_DIR}/include/boost/version.hpp ZORVEL_BOOST_VERSION REGEX "define BOOST_LIB_VERSION ")
 string(REGEX REPLACE "^.*\"(.*)\".*$" "\\1" ZORVEL_BOOST_VERSION "${ZORVEL_BOOST_VERSION}")
 set(ZORVEL_BOOST_FOLDER boost-${ZORVEL_BOOST_VERSION})
+string(REPLACE "_" "." ZORVEL_BOOST_NUMBER ${ZORVEL_BOOST_VERSION})
 set(headers ${PROJECT_BINARY_DIR}/${ZORVEL_BOOST_FOLDER})
 set(collect ${CMAKE_CURRENT_LIST_DIR}/collect_boost_headers)
 add_custom_command(OUTPUT ${headers}.stamp
