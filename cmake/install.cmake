@@ -9,11 +9,16 @@ install(TARGETS zorvel EXPORT zorvelTargets
   ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/zorvel DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development)
 install(FILES
+    ${PROJECT_SOURCE_DIR}/debuggers/zorvel_gdb.py
+    ${PROJECT_SOURCE_DIR}/debuggers/zorvel.natvis
+  DESTINATION ${CMAKE_INSTALL_DATADIR}/zorvel COMPONENT development)
+install(FILES
     ${PROJECT_SOURCE_DIR}/LICENSE
     ${PROJECT_SOURCE_DIR}/CHANGELOG.md
     ${PROJECT_SOURCE_DIR}/docs/locking.md
     ${PROJECT_SOURCE_DIR}/docs/filesystems.md
     ${PROJECT_SOURCE_DIR}/docs/versioning.md
+    ${PROJECT_SOURCE_DIR}/docs/debugging.md
   DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT documentation)
 
 if(WIN32)

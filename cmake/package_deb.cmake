@@ -50,4 +50,11 @@ install(FILES ${common}
     ${PROJECT_SOURCE_DIR}/docs/locking.md
     ${PROJECT_SOURCE_DIR}/docs/filesystems.md
     ${PROJECT_SOURCE_DIR}/docs/versioning.md
+    ${PROJECT_SOURCE_DIR}/docs/debugging.md
   DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/libzorvel-dev COMPONENT debian_development EXCLUDE_FROM_ALL)
+
+# Where gdb looks by itself for what belongs to a library: a folder that is named like the library's.
+install(FILES ${PROJECT_SOURCE_DIR}/debuggers/zorvel_gdb.py
+  DESTINATION ${CMAKE_INSTALL_DATADIR}/gdb/auto-load${CPACK_PACKAGING_INSTALL_PREFIX}/${CMAKE_INSTALL_LIBDIR}
+  RENAME libzorvel.so.${PROJECT_VERSION}-gdb.py
+  COMPONENT debian_development EXCLUDE_FROM_ALL)
