@@ -1,7 +1,8 @@
 #pragma once
 
 /// @file
-/// Locks on a directory, between processes and between machines.
+/// Locks on a directory, between processes and between machines. What is
+/// here: @ref dirlock.
 
 #include <zorvel/export.h>
 #include <zorvel/lockfile.h>
@@ -30,7 +31,11 @@
 /// are good for it, in [File systems](@ref filesystems).
 ///
 /// False is an ordinary outcome (not acquired in time, not held); failures of the
-/// file system are thrown, see @ref errors.
+/// file system are thrown, see @ref errors. The locks are made of @ref lockfile. For the
+/// processes of one machine alone there is the @ref semaphore, which needs no directory.
+///
+/// What a call does and returns is the same on Windows and on Linux; what differs lies
+/// in the file system below (see zvAbstractFS).
 ///
 /// Alone in a directory, for at most ten seconds' waiting:
 ///
@@ -45,10 +50,11 @@
 /// Gives one process at a time, on any machine that shares the directory, a
 /// directory for itself.
 ///
-/// The lock is a row of files "/.deploy_lock." + level in the directory: the
-/// file of level 0 is the lock, the others are the queue for it. A holder
-/// refreshes its file every second; a file that nobody refreshed for 30
-/// seconds, by the file server's clock, is taken over by the first who waits.
+/// The lock is a row of files in the directory, `.deploy_lock.0`,
+/// `.deploy_lock.1` and so on: that of level 0 is the lock, the others are the
+/// queue for it. A holder refreshes its file every second; a file that nobody
+/// refreshed for 30 seconds, by the file server's clock, is taken over by the
+/// first who waits.
 ///
 /// Any thread may call any member: acquire and release of one object take
 /// turns. The count of acquisitions belongs to the object, not to a thread.
@@ -95,8 +101,9 @@ public:
         zvDirectoryExclusiveLock* m_lock;
     };
 
-    /// Touches no file. The label opens the lines of the verbose log. An empty
-    /// fs throws zvFileAccessError.
+    /// Touches no file. Keeps copies of both texts and shares fs. The label
+    /// opens the lines of the verbose log. An empty fs throws
+    /// zvFileAccessError.
     zvDirectoryExclusiveLock(const std::string& directory, const std::string& label,
                              const boost::shared_ptr<zvAbstractFS>& fs);
 
@@ -218,20 +225,21 @@ public:
     /// Seconds without a refresh after which a holder counts as dead.
     static const int STALE_TIMEOUT_SEC = 30;
 
-    /// The part of a reader. A handle: copies share one hold, whoever releases
-    /// ends it for all of them, and the last copy to go ends it too. Any thread
-    /// may call any member of one handle or of copies; only assigning to a
-    /// handle while another thread uses the same handle is the caller's to
-    /// prevent.
+    /// The part of a reader: others may read at the same time, nobody writes. A
+    /// handle: copies share one hold, whoever releases ends it for all of them, and
+    /// the last copy to go ends it too. Any thread may call any member of one
+    /// handle or of copies; only assigning to a handle while another thread uses
+    /// the same handle is the caller's to prevent.
     class ZORVEL_API ReadLock
     {
     public:
-        /// Not acquired; touches no file. An empty fs throws zvFileAccessError.
+        /// Not acquired; touches no file. Keeps a copy of the path and shares fs.
+        /// An empty fs throws zvFileAccessError.
         ReadLock(const zvPathString_<zvMBCSSafeString>& directory, const boost::shared_ptr<zvAbstractFS>& fs);
 
-        /// Takes over the file of a reader, which counts as acquired. The
-        /// directory is the one that the file's name lies in. An empty pointer
-        /// throws zvFileAccessError.
+        /// Takes over the file of a reader, which counts as acquired, and shares
+        /// it and fs. The directory is the one that the file's name lies in. An
+        /// empty pointer throws zvFileAccessError.
         ReadLock(const boost::shared_ptr<zvLockFile>& lockFile, const boost::shared_ptr<zvAbstractFS>& fs);
 
         /// Another handle of the same hold.
@@ -251,7 +259,7 @@ public:
         /// already (it does not count, unlike the exclusive lock), or another
         /// thread was busy with it for `timeout`. Failures of the file system
         /// leave as the family of zvFileBasedLockError, as from
-        /// zvDirectoryExclusiveLock::acquire; zvNoSuchDirectory also for an
+        /// zvDirectoryExclusiveLock::acquire(); zvNoSuchDirectory also for an
         /// empty directory and one with a NUL in it, zvFileAccessError also for
         /// one that no pattern can search ('*' in its path, or more than some
         /// 1000 bytes). boost::thread_interrupted leaves when the waiting thread
@@ -295,7 +303,8 @@ public:
         boost::shared_ptr<Impl> impl;
     };
 
-    /// The part of a writer. A handle, as ReadLock is.
+    /// The part of a writer: nobody else reads or writes. A handle, as ReadLock
+    /// is: the same holds for copies and threads.
     ///
     /// A waiting writer leaves no mark: readers that come meanwhile are let in,
     /// so that a steady stream of readers holds a writer off until its
@@ -303,7 +312,8 @@ public:
     class ZORVEL_API WriteLock
     {
     public:
-        /// Not acquired; touches no file. An empty fs throws zvFileAccessError.
+        /// Not acquired; touches no file. Keeps a copy of the path and shares fs.
+        /// An empty fs throws zvFileAccessError.
         WriteLock(const zvPathString_<zvMBCSSafeString>& directory, const boost::shared_ptr<zvAbstractFS>& fs);
 
         /// Another handle of the same hold.
@@ -360,8 +370,9 @@ public:
         boost::shared_ptr<Impl> impl;
     };
 
-    /// Touches no file. An empty fs is refused by the locks: getReadLock() and
-    /// getWriteLock() then throw zvFileAccessError.
+    /// Touches no file. Keeps a copy of the text and shares fs. An empty fs is
+    /// refused by the locks: getReadLock() and getWriteLock() then throw
+    /// zvFileAccessError.
     zvDirectoryReadWriteLock(const std::string& directory, const boost::shared_ptr<zvAbstractFS>& fs);
 
     /// The same directory and file system.
@@ -373,8 +384,8 @@ public:
     /// Does not end a hold: the locks live on by themselves.
     ~zvDirectoryReadWriteLock();
 
-    /// A lock of its own at each call, not acquired, which need not be outlived by
-    /// this object. Throws zvFileAccessError when the file system is an empty
+    /// A lock of its own at each call, not acquired; it lives on without this
+    /// object. Throws zvFileAccessError when the file system is an empty
     /// pointer.
     /// @{
     ReadLock getReadLock() const;

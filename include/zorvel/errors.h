@@ -1,7 +1,8 @@
 #pragma once
 
 /// @file
-/// Exceptions of the locks, texts of system errors, scope guards.
+/// Exceptions of the locks, texts of system errors, scope guards. What is here:
+/// @ref errors.
 
 #include <zorvel/export.h>
 
@@ -24,7 +25,16 @@
 /// The exceptions hold nothing but their text: a copy has a text of its own and
 /// may go to another thread. Copying may throw std::bad_alloc. The texts are
 /// English, but for what they quote of the system. The other families report
-/// failure by their results.
+/// failure by their results. Of what is here only zvGetWinErrorMessage() differs
+/// between Windows and Linux.
+///
+/// A directory lock's failure is caught by its base:
+///
+/// @dontinclude lock_directory.cpp
+/// @skip catch
+/// @until return 2
+///
+/// The system's texts, and a scope guard:
 ///
 /// @include explain_error.cpp
 ///
@@ -207,8 +217,9 @@ template <class T>
 class zvScopedResource
 {
 public:
-    /// Takes the value over. If the holder cannot be allocated the value is
-    /// released before std::bad_alloc leaves.
+    /// Takes the value over and keeps a copy of the function, which is called
+    /// with the value. If the holder cannot be allocated the value is released
+    /// before std::bad_alloc leaves.
     template <class D>
     zvScopedResource(T value, D release);
 
@@ -221,7 +232,8 @@ public:
     zvScopedResource& operator=(const zvScopedResource&) = delete;
     /// @}
 
-    /// The stored value, which is released when this object goes.
+    /// The stored value, which is released when this object goes; the reference
+    /// lives as long. What is assigned to it is what will be released.
     T& get() { return m_holder->get(); }
 
 private:

@@ -2,11 +2,18 @@
 
 /// @file
 /// What marks the exported names, and the two 64-bit integers of the interface.
+/// What is here: @ref basics.
 
 /// @defgroup basics Basics
 /// @brief The marks of exported names, and the 64-bit integers that stand in signatures.
 ///
-/// Every other header includes these. A program that uses the installed package has nothing to define.
+/// Every other header includes these. A program that uses the installed package has
+/// nothing to define.
+///
+/// Sizes in bytes, kept in order:
+///
+/// @dontinclude directory_sizes.cpp
+/// @skipline zvUInt64
 ///
 /// @{
 

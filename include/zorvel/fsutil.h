@@ -2,7 +2,7 @@
 
 /// @file
 /// Files and directories: queries, permissions, walk, creation, removal,
-/// temporary names.
+/// temporary names. What is here: @ref files.
 
 #include <zorvel/export.h>
 #include <zorvel/suite.h>
@@ -18,6 +18,10 @@
 ///
 /// No function here throws for a failure of the file system: the result says so.
 /// All may be called from any thread.
+///
+/// What is done to the text of a path alone, without a look at the disk, is in
+/// @ref paths. A file that only one of several can create is one of
+/// zvAbstractFS::createFileExclusive().
 ///
 /// Linux: a drive letter is an ordinary name, and a name that itself holds `\`
 /// cannot be reached by any path. Windows: the system's ANSI functions are
@@ -55,21 +59,22 @@ ZORVEL_API bool zvFileOrDirExists(const char* path);
 ZORVEL_API bool zvFileExists(const char* path);
 
 /// The size of a file in bytes, read through a signed 32-bit field: 2 GiB and
-/// more come out negative or cut. 0 for a directory, and on failure. Linux:
-/// links are followed.
+/// more come out negative or cut. 0 for a directory, for null, and for what
+/// cannot be examined. Linux: links are followed.
 ZORVEL_API long long zvGetFileSize(const char* path);
 
 /// Stores the bytes free to the calling user on the file system of a directory.
-/// On failure false, with all bits of the result set. False for a null result.
+/// On failure (null as path among them) false, with all bits of the result set.
+/// False for a null result.
 /// The path of a file gives its file system on Linux and fails on Windows.
 ZORVEL_API bool zvGetFileSystemAvailableSpace(const char* path, zvUInt64* available);
 
 /// The runtime's mode word of a path: its type and permission bits; bit 0x80
-/// lets the owner write. 0 when it cannot be read. Linux: links are
-/// followed.
+/// lets the owner write. 0 when it cannot be read, and for null. Linux: links
+/// are followed.
 ZORVEL_API unsigned short zvGetFilePermissions(const char* path);
 
-/// Sets the permission bits of a path: 0 on success, -1 on failure. Windows
+/// Sets the permission bits of a path: 0 on success, -1 on failure and for null. Windows
 /// knows bit 0x80 only, Linux takes the twelve bits below the type. Links are
 /// followed.
 ZORVEL_API int zvSetFilePermissions(const char* path, unsigned short mode);
@@ -92,9 +97,9 @@ ZORVEL_API unsigned short zvDisableWritePermission(const char* path);
 /// @defgroup callbacks Callback objects
 /// @brief What the walk calls with each path: an adapter for a lambda, a sum, a list of names, nothing.
 ///
-/// The walk calls them on the thread that walks, one call at a time; it does not
-/// copy them. An exception of a call leaves the walk. What an object refers to
-/// is its creator's.
+/// The walk (zvFindMatchingFilesAndDirs()) calls them on the thread that walks, one
+/// call at a time; it does not copy them. An exception of a call leaves the walk.
+/// What an object refers to is its creator's.
 ///
 /// @dontinclude directory_sizes.cpp
 /// @skip Called with the path
@@ -102,8 +107,8 @@ ZORVEL_API unsigned short zvDisableWritePermission(const char* path);
 ///
 /// @{
 
-/// Called with a path. The text is the caller's and changes after the call:
-/// copy what is to be kept. Derive from it, or wrap a lambda in a
+/// Called with each path that a walk finds. The text is the caller's and changes
+/// after the call: copy what is to be kept. Derive from it, or wrap a lambda in a
 /// zvStringProcedureAdapter.
 class ZORVEL_API zvStringProcedure
 {
@@ -223,7 +228,8 @@ private:
 class ZORVEL_API zvHashNameToVector : public zvStringProcedure
 {
 public:
-    /// The set is one of qx_namehash_create(); a null one refuses every name.
+    /// Refers to both. The set is one of qx_namehash_create(); a null one
+    /// refuses every name.
     zvHashNameToVector(std::vector<const char*>& names, _namehash_context* context);
 
     /// A copy appends to the same vector.
@@ -265,6 +271,8 @@ private:
 
 /// @defgroup walk Directory walk
 /// @brief Every entry that a pattern matches, also in the directories below; whether there is one; how large all is.
+///
+/// What a walk finds goes to @ref callbacks.
 ///
 /// @include directory_sizes.cpp
 ///
@@ -383,12 +391,13 @@ ZORVEL_API bool zvRemoveRF(const char* pattern);
 /// Linux: the same two variables; `TMPDIR` is not asked.
 ZORVEL_API const char* zvGetTempDir();
 
-/// Writes a path in zvGetTempDir() that nothing has at the moment into a buffer
-/// and returns the buffer: `tp` and six digits behind the directory. The buffer
-/// is the caller's and has room for the directory and 9 bytes. Nothing is
-/// created or reserved: create the file exclusively, and ask again if somebody
-/// was faster. Does not return while all million names are taken. Null for
-/// null. Threads may call it at the same time, each with a buffer of its own.
+/// Writes a path in zvGetTempDir() that nothing has at the moment into a buffer and
+/// returns the buffer: `tp` and six digits behind the directory. The buffer is the
+/// caller's and has room for the directory and 9 bytes. Nothing is created or
+/// reserved: create the file exclusively (zvAbstractFS::createFileExclusive()), and
+/// ask again if somebody was faster. Does not return while all million names are
+/// taken. Null for null. Threads may call it at the same time, each with a buffer
+/// of its own.
 ZORVEL_API char* zvGetTempName(char* buffer);
 
 /// @}

@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// A semaphore between the processes of a machine.
+/// A semaphore between the processes of a machine. What is here: @ref semaphore.
 
 #include <zorvel/export.h>
 
@@ -11,7 +11,7 @@
 /// @defgroup semaphore Semaphore
 /// @brief One token that the processes of a machine share by name.
 ///
-/// For several machines there are the @ref dirlock.
+/// For several machines there are the @ref dirlock, which also notice that a holder died.
 ///
 /// @include one_at_a_time.cpp
 ///

@@ -2,7 +2,7 @@
 
 /// @file
 /// What the directory locks are made of: lock files, their staleness, the file
-/// system they live on, logs.
+/// system they live on, logs. What is here: @ref lockfile.
 
 #include <zorvel/export.h>
 #include <zorvel/fsutil.h>
@@ -25,7 +25,9 @@
 /// @include presence.cpp
 ///
 /// Points in time are those of the local wall clock, durations are Boost's.
-/// Failures are thrown, see @ref errors.
+/// Failures are thrown, see @ref errors. A timer keeps a file fresh, see @ref timer.
+/// Between Windows and Linux only the file system differs, where zvAbstractFS
+/// says so.
 ///
 /// @{
 
@@ -55,13 +57,14 @@ public:
     virtual ~zvAbstractFS();
     /// @}
 
-    /// Whether the path, normalised, is a directory.
+    /// Whether the path, normalised, is a directory. False for null and for what
+    /// cannot be examined.
     virtual bool isDirectory(const char* path) = 0;
 
     /// As zvMkdirP().
     virtual bool mkdirP(const char* path) = 0;
 
-    /// Removes one file: 0 on success, -1 on failure.
+    /// Removes one file, in one attempt: 0 on success, -1 on failure.
     virtual int removeEntry(const char* name) = 0;
 
     /// As zvRemoveRF().
@@ -144,8 +147,9 @@ ZORVEL_API const boost::shared_ptr<zvAbstractFS> zvGetDefaultFSImp();
 /// to whoever claimed the name; when the refresh cannot be started, the file is
 /// removed before that exception leaves.
 ///
-/// Any thread may call the members. Share one object by pointer. A copy shares the refresh, and the first of
-/// the copies to be destroyed ends the refresh and removes the file for all.
+/// Any thread may call the members. Share one object by pointer. A copy shares
+/// the refresh, and the first of the copies to be destroyed ends the refresh and
+/// removes the file for all.
 class ZORVEL_API zvLockFile
 {
 public:
@@ -158,21 +162,23 @@ public:
     static const no_refresh_tag NO_REFRESH;
 
     /// A file that is touched once and not again: others may take it for
-    /// stale 30 seconds later. Exceptions of the first touch leave; one that
-    /// only timed out is not an error.
+    /// stale 30 seconds later. Keeps a copy of the name and shares fs.
+    /// Exceptions of the first touch leave; one that only timed out is not an
+    /// error.
     zvLockFile(const std::string& name, const no_refresh_tag&, const boost::shared_ptr<zvAbstractFS>& fs);
 
-    /// A file that is touched now and at every interval (not at all for the
-    /// special values of a duration). Exceptions of the first touch and of
-    /// zvSetTimer leave. A refresh that throws later ends the refreshing; the
-    /// owner is not told.
+    /// A file that is touched now and at every interval (not at all for the special
+    /// values of a duration). Keeps a copy of the name and shares fs. Exceptions of
+    /// the first touch and of zvSetTimer() leave. A refresh that throws later ends
+    /// the refreshing; the owner is not told.
     zvLockFile(const std::string& name, boost::posix_time::time_duration refreshInterval,
                const boost::shared_ptr<zvAbstractFS>& fs);
 
-    /// Shares the refresh and the file, see above. Touches nothing.
+    /// Shares the refresh and the file: whichever of the two goes first ends
+    /// both. Touches nothing.
     zvLockFile(const zvLockFile& other);
 
-    /// A lock file stays what it is.
+    /// Not assignable: a lock file stays what it is.
     zvLockFile& operator=(const zvLockFile&) = delete;
 
     /// Ends the refresh (it waits for one that is under way), then removes the
@@ -204,13 +210,14 @@ private:
 class ZORVEL_API zvLockFileIsStale
 {
 public:
-    /// Does not touch the disk. An empty fs throws zvFileAccessError.
+    /// Does not touch the disk. Keeps a copy of the path and shares fs. An empty
+    /// fs throws zvFileAccessError.
     zvLockFileIsStale(const zvPathString_<zvMBCSSafeString>& directory, const boost::shared_ptr<zvAbstractFS>& fs);
 
     /// A copy made after the first question shares the comparison of clocks.
     zvLockFileIsStale(const zvLockFileIsStale& other);
 
-    /// A directory's question stays its own.
+    /// Not assignable: a directory's question stays its own.
     zvLockFileIsStale& operator=(const zvLockFileIsStale&) = delete;
 
     /// Touches nothing.

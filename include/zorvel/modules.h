@@ -1,7 +1,8 @@
 #pragma once
 
 /// @file
-/// The executable and the libraries that are loaded in the process.
+/// The executable and the libraries that are loaded in the process. What is here:
+/// @ref modules.
 
 #include <zorvel/export.h>
 
@@ -13,7 +14,8 @@
 ///
 /// Windows: as the system lists them. Linux: as the dynamic loader lists them,
 /// the executable first, without the kernel's own (which has no file). Paths are
-/// full, in the process's code page and with `\` between names.
+/// full, in the process's code page and with `\` between names, as the functions
+/// of @ref paths take them.
 ///
 /// @include find_module.cpp
 ///
@@ -93,7 +95,7 @@ public:
     /// Frees the snapshot; iterators on it must be gone.
     ~zvLoadedModuleList();
 
-    /// Make another one: a list is what is loaded now.
+    /// Not copyable: a list is what is loaded now. Make another one.
     zvLoadedModuleList(const zvLoadedModuleList&) = delete;
 
     /// Makes this list refer to the storage of the other, which must outlive
@@ -120,7 +122,7 @@ private:
 // Looking a module up
 // ---------------------------------------------------------------------------
 
-/// The test that zvGetLoadedModuleFullPath applies to one module after another,
+/// The test that zvGetLoadedModuleFullPath() applies to one module after another,
 /// and the best one so far. One thread at a time.
 class ZORVEL_API zvLoadedModuleNameChecker
 {

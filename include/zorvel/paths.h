@@ -1,7 +1,8 @@
 #pragma once
 
 /// @file
-/// Double-byte-safe strings, separators, canonical paths, path strings.
+/// Double-byte-safe strings, separators, canonical paths, path strings. What is
+/// here: @ref paths.
 
 #include <zorvel/export.h>
 #include <zorvel/suite.h>
@@ -23,6 +24,9 @@
 /// knows the difference, except where a function says that it works byte by
 /// byte. `\` and `/` both separate, on both systems; what the library writes is
 /// `\`.
+///
+/// Nothing here looks at what is on disk; only the full form of a relative path
+/// depends on the current directory. What is done to files is in @ref files.
 ///
 /// @include full_path.cpp
 ///
@@ -80,7 +84,8 @@ ZORVEL_API zvMultiByteLeadTest zvSetIsMultiByteLead(zvMultiByteLeadTest test);
 /// letters differ by case only is a matter of the C locale; bytes from 0x80 on
 /// have no case. Order, search and all else are those of std::string, by byte.
 ///
-/// One thread at a time for changes; comparisons may run concurrently.
+/// One thread at a time for changes; comparisons may run concurrently. Its
+/// constructors are those of std::string: a null `const char*` is not for them.
 class ZORVEL_API zvMBCSSafeString : public std::string
 {
 public:
@@ -151,7 +156,8 @@ inline bool operator!=(const std::string& left, const zvMBCSSafeString& right)
 ///
 /// @{
 
-/// Whether a character is `\` or `/`.
+/// Whether a character is `\` or `/`. It is looked at alone: the second byte of
+/// a double-byte character may be taken for a separator (see zvIsPathSepByPtr()).
 ZORVEL_API bool zvIsPathSep(int character);
 
 /// Whether the byte at p, inside the string that begins at start, is a

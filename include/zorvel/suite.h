@@ -1,7 +1,8 @@
 #pragma once
 
 /// @file
-/// What callers of zorvel need of the suite's in-house libraries.
+/// What callers of zorvel need of the suite's in-house libraries. What is here:
+/// @ref suite.
 
 #include <zorvel/export.h>
 
@@ -11,7 +12,11 @@
 /// What callers of zorvel need of the suite's in-house libraries, under the
 /// suite's own names. With `-DZORVEL_SUITE=bundled` they are provided by zorvel
 /// itself (folder suite/); with `-DZORVEL_SUITE=external` they come from the
-/// suite. None of them throws.
+/// suite. None of them throws. Only qxIsMultiByteLead() differs between Windows and
+/// Linux.
+///
+/// The test that @ref leadbytes starts from is qxIsMultiByteLead(). A walk fills a set
+/// of names through zvHashNameToVector:
 ///
 /// @include each_once.cpp
 ///

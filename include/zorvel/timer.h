@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// Callbacks after a while, once or at a fixed rate.
+/// Callbacks after a while, once or at a fixed rate. What is here: @ref timer.
 
 #include <zorvel/export.h>
 
@@ -13,7 +13,8 @@
 /// @brief A function called after a while, once or at a fixed rate, on a thread of its own.
 ///
 /// Each timer has a thread, which runs code of the library: cancel all timers
-/// before the library is unloaded. Windows and Linux do not differ.
+/// before the library is unloaded. Windows and Linux do not differ. The
+/// @ref lockfile are kept fresh by timers.
 ///
 /// @include ticks.cpp
 ///
@@ -52,9 +53,8 @@ public:
 ///
 /// A negative interval (negative infinity too) counts as zero, positive
 /// infinity waits until cancelled; not-a-date-time ends the timer at once,
-/// failed. An exception of fn (an
-/// empty fn included) ends the timer and shows only in
-/// zvTimerTask::hasFailed(). Throws boost::thread_resource_error when no thread
+/// failed. An exception of fn (an empty fn included) ends the timer and shows only
+/// in zvTimerTask::hasFailed(). Throws boost::thread_resource_error when no thread
 /// can be started.
 ZORVEL_API boost::shared_ptr<zvTimerTask> zvSetTimer(const boost::function0<void>& fn,
                                                      boost::posix_time::time_duration interval, bool repeat);
