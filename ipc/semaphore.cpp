@@ -34,6 +34,8 @@ try {
 
 }  // namespace
 
+// By value, as callers were compiled against.
+// NOLINTNEXTLINE(performance-unnecessary-value-param)
 zvSemaphoreIPC::zvSemaphoreIPC(std::string givenName, int timeOutSeconds, bool givenOption)
     : name(zorvel::ipc::escapedName(givenName)),
       timeOut(timeOutSeconds),
@@ -88,7 +90,7 @@ bool zvSemaphoreIPC::AcquireLock(bool timed, bool tryOnly)
     lastError = 0;
     if (!handle)
         return false;
-    const unsigned long limit = static_cast<std::uint32_t>(timeOut) * 1000u;
+    const std::uint32_t limit = static_cast<std::uint32_t>(timeOut) * 1000u;
     const unsigned long result = platform::waitForSemaphore(handle, tryOnly ? 0
                                                                     : timed ? limit
                                                                             : platform::waitForever);

@@ -90,7 +90,7 @@ int touch(const char* name)
 /// stale, so one that is out of the question is asked for again for a second.
 /// (The local clock only says when to doubt. Where it is wrong by more than
 /// that, every question takes so long, and the answer is the same.)
-const std::int64_t secondsWithoutDoubt = 24 * 60 * 60;
+const std::int64_t secondsWithoutDoubt = std::int64_t{24} * 60 * 60;
 const int doubtRetries = 100;
 const long doubtPauseMsec = 10;
 

@@ -73,6 +73,7 @@ zvLoadedModuleList::~zvLoadedModuleList()
 /// in the source's own storage. Callers keep the source alive.
 zvLoadedModuleList& zvLoadedModuleList::operator=(const zvLoadedModuleList& other)
 {
+    // NOLINTNEXTLINE(bugprone-undefined-memory-manipulation)
     std::memmove(static_cast<void*>(this), &other, sizeof *this);
     return *this;
 }
