@@ -1,8 +1,11 @@
+#include "bench/semaphore/placement_posix.h"
 #include "bench/semaphore/semaphores_posix.h"
 #include "bench/support/row_file.h"
 
 #include <chrono>
 #include <memory>
+#include <string>
+#include <vector>
 
 #include <signal.h>
 #include <sys/prctl.h>
@@ -41,13 +44,16 @@ template <class Semaphore>
 class ExchangeBy : public Exchange
 {
 public:
-    explicit ExchangeBy(const std::string& name) : m_name(name), m_there(name + "-there"), m_back(name + "-back")
+    ExchangeBy(const std::string& name, const Placement& placement)
+        : m_name(name), m_processors(placement.first), m_there(name + "-there"), m_back(name + "-back")
     {
         m_there.acquire();
         m_back.acquire();
         m_child = ::fork();
-        if (m_child == 0)
-            giveBack<Semaphore>(name);
+        if (m_child != 0)
+            return;
+        runOn(placement.second);
+        giveBack<Semaphore>(name);
     }
 
     ~ExchangeBy() override
@@ -60,6 +66,7 @@ public:
 
     double measure(int exchanges) override
     {
+        runOn(m_processors);
         const auto begin = std::chrono::steady_clock::now();
         for (int i = 0; i < exchanges; ++i) {
             m_there.release();
@@ -71,6 +78,7 @@ public:
 
 private:
     const std::string m_name;
+    const cpu_set_t m_processors;
     Semaphore m_there;
     Semaphore m_back;
     pid_t m_child;
@@ -78,26 +86,31 @@ private:
 
 struct Contestant
 {
+    std::string row;
     const char* name;
     std::unique_ptr<Exchange> exchange;
 };
 
 template <class Semaphore>
-Contestant contestant(const char* name)
+Contestant contestant(const char* name, const Placement& placement)
 {
-    const std::string unique = "zorvel-bench-" + std::string(name) + "-" + std::to_string(::getpid());
-    return {name, std::make_unique<ExchangeBy<Semaphore>>(unique)};
+    const std::string unique = std::string("zorvel-bench-") + name + "-" + placement.row + std::to_string(::getpid());
+    return {placement.row, name, std::make_unique<ExchangeBy<Semaphore>>(unique, placement)};
 }
 
 void measure(RowFile& rows, bool quick)
 {
-    Contestant contestants[] = {contestant<OurSemaphore>("zorvel"), contestant<PosixSemaphore>("sem_t"),
-                                contestant<BoostSemaphore>("boost-named")};
+    std::vector<Contestant> contestants;
+    for (const Placement& placement : placements()) {
+        contestants.push_back(contestant<OurSemaphore>("zorvel", placement));
+        contestants.push_back(contestant<PosixSemaphore>("sem_t", placement));
+        contestants.push_back(contestant<BoostSemaphore>("boost-named", placement));
+    }
     for (const Contestant& each : contestants)
         each.exchange->measure(100);
     for (int round = 0; round < (quick ? 10 : 50); ++round) {
         for (const Contestant& each : contestants)
-            rows.add("semaphore-handover", each.name, "us", each.exchange->measure(1000));
+            rows.add(each.row, each.name, "us", each.exchange->measure(1000));
     }
 }
 

@@ -2,12 +2,11 @@
 
 #include "platform/posix/semaphore_file.h"
 #include "platform/posix/semaphore_place.h"
+#include "platform/posix/semaphore_wait.h"
 
 #include <boost/uuid/name_generator_sha1.hpp>
 #include <boost/uuid/uuid_io.hpp>
 
-#include <chrono>
-#include <ctime>
 #include <map>
 #include <mutex>
 #include <new>
@@ -24,6 +23,7 @@ namespace {
 using posix::SemaphoreFile;
 using posix::SemaphorePlace;
 using posix::SharedSemaphore;
+using posix::take;
 
 /// More than any name needs; a bound on what is hashed.
 const std::size_t longestName = 32767;
@@ -88,23 +88,6 @@ void* openOrMake(const std::string& name, long initialCount, long maximumCount)
     return file ? handles().add(file) : nullptr;
 }
 
-bool take(SharedSemaphore& semaphore)
-{
-    std::uint32_t count = semaphore.count;
-    while (count > 0) {
-        if (semaphore.count.compare_exchange_weak(count, count - 1))
-            return true;
-    }
-    return false;
-}
-
-typedef std::chrono::steady_clock Clock;
-
-/// A process may be killed after it gave the semaphore back and before it woke a
-/// sleeper, or when it was woken and before it took the semaphore. The others
-/// then find out by looking themselves.
-const Clock::duration longestSleep = std::chrono::seconds(1);
-
 void wakeSleeper(SharedSemaphore& semaphore)
 {
     ::syscall(SYS_futex, &semaphore.count, FUTEX_WAKE, 1, nullptr, nullptr, 0);
@@ -123,39 +106,6 @@ bool give(SharedSemaphore& semaphore)
     return true;
 }
 
-/// Sleeps while the count is 0, until somebody releases it or the time is over.
-/// False when the system refuses.
-bool sleepWhileTaken(SharedSemaphore& semaphore, Clock::duration time)
-{
-    const auto nanoseconds = std::chrono::nanoseconds(time).count();
-    const timespec limit = {nanoseconds / 1000000000, nanoseconds % 1000000000};
-    return ::syscall(SYS_futex, &semaphore.count, FUTEX_WAIT, 0, &limit, nullptr, 0) == 0 || errno == EAGAIN ||
-           errno == EINTR || errno == ETIMEDOUT;
-}
-
-unsigned long takeOrSleep(SharedSemaphore& semaphore, unsigned long milliseconds)
-{
-    const Clock::time_point begin = Clock::now();
-    const std::chrono::milliseconds limit(milliseconds);
-    while (!take(semaphore)) {
-        const Clock::duration left = limit - (Clock::now() - begin);
-        if (milliseconds != waitForever && left <= Clock::duration::zero())
-            return waitTimedOut;
-        const bool isLong = milliseconds == waitForever || left > longestSleep;
-        if (!sleepWhileTaken(semaphore, isLong ? longestSleep : left))
-            return waitFailed;
-    }
-    return waitSucceeded;
-}
-
-unsigned long waitInLine(SharedSemaphore& semaphore, unsigned long milliseconds)
-{
-    ++semaphore.sleepers;
-    const unsigned long result = takeOrSleep(semaphore, milliseconds);
-    --semaphore.sleepers;
-    return result;
-}
-
 unsigned long waitForKept(const std::shared_ptr<SemaphoreFile>& file, unsigned long milliseconds)
 {
     if (!file) {
@@ -164,7 +114,9 @@ unsigned long waitForKept(const std::shared_ptr<SemaphoreFile>& file, unsigned l
     }
     if (take(file->shared()))
         return waitSucceeded;
-    return milliseconds == 0 ? waitTimedOut : waitInLine(file->shared(), milliseconds);
+    if (milliseconds == 0)
+        return waitTimedOut;
+    return posix::waitForTaken(*file, milliseconds);
 }
 
 bool releaseKept(const std::shared_ptr<SemaphoreFile>& file)

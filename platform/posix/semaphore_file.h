@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/posix/semaphore_patience.h"
+
 #include <atomic>
 #include <cstdint>
 #include <memory>
@@ -50,6 +52,9 @@ public:
     /// What the processes share, at a SemaphorePlace.
     SharedSemaphore& shared() { return *m_shared; }
 
+    /// Of this process.
+    SemaphorePatience& patience() { return m_patience; }
+
 private:
     enum class Outcome
     {
@@ -73,6 +78,7 @@ private:
     std::string m_path;
     int m_descriptor;
     SharedSemaphore* m_shared;
+    SemaphorePatience m_patience;
 };
 
 }  // namespace posix
