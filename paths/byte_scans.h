@@ -1,10 +1,13 @@
 #pragma once
 
+#include "paths/rare_bytes.h"
 #include "platform/codepage.h"
 
 #include <zorvel/export.h>
 
 #include <cstddef>
+#include <cstdint>
+#include <cstring>
 
 namespace zorvel {
 namespace paths {
@@ -45,7 +48,7 @@ struct Scans
     /// Whether two texts of one size are equal by character, where the lead-byte test is the code page's own.
     static bool sameText(const char* left, const char* right, std::size_t size);
 
-    /// The same for what stands at an index and behind it.
+    /// The same where all before an index is equal.
     static bool sameRest(const char* left, const char* right, std::size_t size, std::size_t from);
 
     /// Writes '\' for each '/'.
@@ -64,6 +67,21 @@ extern template struct Scans<wide::Block>;
 /// Whether this processor has wide blocks. False until the library's static objects are made.
 ZORVEL_LOCAL extern const bool blocksAreWide;
 
+/// Whether two bytes that differ in just these bits are unlike in any place of any text, in a locale with the usual
+/// letters: neither one letter in two cases nor the two separators.
+inline bool areNeverAlike(unsigned char differing)
+{
+    return differing != ('a' ^ 'A') && differing != ('\\' ^ '/');
+}
+
+/// The first byte is the lowest.
+inline std::uint64_t firstEight(const char* text)
+{
+    std::uint64_t bytes;
+    std::memcpy(&bytes, text, sizeof bytes);
+    return bytes;
+}
+
 // The same for whatever processor this is.
 
 inline const char* lastSeparator(const char* first, const char* end)
@@ -78,16 +96,22 @@ inline bool holdsHighByte(const char* text, std::size_t size)
                          : Scans<narrow::Block>::holdsHighByte(text, size);
 }
 
-inline bool sameText(const char* left, const char* right, std::size_t size)
-{
-    return blocksAreWide ? Scans<wide::Block>::sameText(left, right, size)
-                         : Scans<narrow::Block>::sameText(left, right, size);
-}
-
 inline bool sameRest(const char* left, const char* right, std::size_t size, std::size_t from)
 {
     return blocksAreWide ? Scans<wide::Block>::sameRest(left, right, size, from)
                          : Scans<narrow::Block>::sameRest(left, right, size, from);
+}
+
+/// Texts that are not equal differ most often among the first eight bytes.
+inline bool sameText(const char* left, const char* right, std::size_t size)
+{
+    const std::uint64_t differs = size < 8 ? 0 : firstEight(left) ^ firstEight(right);
+    if (differs == 0)
+        return blocksAreWide ? Scans<wide::Block>::sameText(left, right, size)
+                             : Scans<narrow::Block>::sameText(left, right, size);
+    const unsigned at = static_cast<unsigned>(__builtin_ctzll(differs)) / 8;
+    return areNeverAlike(static_cast<unsigned char>(differs >> 8 * at)) ? sameInSpiteOf(left, right, size, at)
+                                                                        : sameRest(left, right, size, 0);
 }
 
 inline void writeBackslashes(char* text, std::size_t size, Leads leads)

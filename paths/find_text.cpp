@@ -46,7 +46,7 @@ bool endsCutOff(const char* text, std::size_t size)
 }
 
 /// Looks only where the first and the last byte are there. A second byte may be taken for a last one here, which
-/// sameText() finds out.
+/// comparing them finds out.
 std::size_t findByEnds(const char* text, std::size_t size, const char* wanted, std::size_t wantedSize, std::size_t from)
 {
     if (wantedSize > size)

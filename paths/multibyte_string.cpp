@@ -6,6 +6,7 @@
 
 #include <zorvel/detail/character_key.h>
 
+#include <cctype>
 #include <cstring>
 
 namespace zorvel {
@@ -26,29 +27,61 @@ __attribute__((noinline)) bool sameCharacters(const char* left, const char* righ
     return left == leftEnd && right == rightEnd;
 }
 
+/// Whether two bytes below 0x80 have one key.
+inline bool haveOneKey(unsigned char left, unsigned char right)
+{
+    const std::int32_t* const lowered = platform::lowerTable();
+    const int one = lowered ? lowered[platform::lowerTableZero + left] : std::tolower(left);
+    const int other = lowered ? lowered[platform::lowerTableZero + right] : std::tolower(right);
+    return one == other || (detail::isSeparator(one) && detail::isSeparator(other));
+}
+
 /// Whether two bytes that differ are one and the same character, each by itself. A byte from 0x80 is only the same as
 /// itself.
-bool sameByteCharacter(char left, char right)
+inline bool sameByteCharacter(char left, char right)
 {
-    const unsigned char one = static_cast<unsigned char>(left);
-    const unsigned char other = static_cast<unsigned char>(right);
-    if (((one | other) & 0x80) != 0)
-        return false;
-    const platform::LoweredPair keys = platform::lowered(one, other);
-    return keys.first == keys.second || (detail::isSeparator(keys.first) && detail::isSeparator(keys.second));
+    return ((left | right) & 0x80) == 0 &&
+           haveOneKey(static_cast<unsigned char>(left), static_cast<unsigned char>(right));
+}
+
+/// Byte by byte, where the lead-byte test is the code page's own, whatever the locale. Bytes that are equal are alike.
+__attribute__((noinline)) bool sameInLocale(const char* left, const char* right, std::size_t size)
+{
+    for (std::size_t i = 0; i < size; ++i) {
+        while (size - i > 8 && firstEight(left + i) == firstEight(right + i))
+            i += 8;
+        if (left[i] != right[i] && (!sameByteCharacter(left[i], right[i]) || isSecondByte(left, left + i)))
+            return false;
+    }
+    return true;
+}
+
+/// Whether at an index, where two texts differ and before which they are alike, they have one character in two forms,
+/// in a locale with the usual letters.
+bool isSameInOtherForm(const char* left, const char* right, std::size_t index)
+{
+    const char lower = static_cast<char>(left[index] | 0x20);
+    const bool isLetter = (left[index] ^ right[index]) == 0x20 && lower >= 'a' && lower <= 'z';
+    const bool areSeparators = detail::isSeparator(left[index]) && detail::isSeparator(right[index]);
+    return (isLetter || areSeparators) && !isSecondByte(left, left + index);
 }
 
 }  // namespace
 
-bool sameButForCase(const char* left, const char* right, std::size_t size)
-{
-    return platform::lowersAsciiAsUsual() || sameCharacters(left, right, size);
-}
-
 bool sameFromByte(const char* left, const char* right, std::size_t size, std::size_t index)
 {
-    return sameByteCharacter(left[index], right[index]) && !isSecondByte(left, left + index) &&
-           sameRest(left, right, size, index + 1);
+    return isSameInOtherForm(left, right, index) ? sameRest(left, right, size, index + 1)
+                                                 : sameInSpiteOf(left, right, size, index);
+}
+
+bool sameButForCase(const char* left, const char* right, std::size_t size)
+{
+    return platform::lowersAsciiAsUsual() || sameInLocale(left, right, size);
+}
+
+bool sameInSpiteOf(const char* left, const char* right, std::size_t size, std::size_t index)
+{
+    return sameByteCharacter(left[index], right[index]) && sameInLocale(left, right, size);
 }
 
 namespace {
@@ -62,6 +95,7 @@ inline bool equal(const char* left, std::size_t leftSize, const char* right, std
 }
 
 }  // namespace
+
 }  // namespace paths
 }  // namespace zorvel
 

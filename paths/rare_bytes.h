@@ -10,11 +10,15 @@ namespace paths {
 /// The last separator of a range. That at `last` looks like one and stands behind a byte from 0x80.
 const char* lastSeparatorFrom(const char* first, const char* last);
 
-/// Whether two texts of one size are equal that differ in the case of ASCII letters only, if at all.
+/// Whether two texts of one size are equal in the present locale that are so in one with the usual letters, by the
+/// case of those.
 bool sameButForCase(const char* left, const char* right, std::size_t size);
 
-/// Whether two texts of one size are equal from an index on. The bytes there differ; before it the texts are equal,
-/// but for the case of letters where the locale is one with the usual letters.
+/// Whether two texts of one size are equal in the present locale that are not so in one with the usual letters, for
+/// the bytes at an index.
+bool sameInSpiteOf(const char* left, const char* right, std::size_t size, std::size_t index);
+
+/// Whether two texts of one size are equal that are so before an index, where the bytes differ.
 bool sameFromByte(const char* left, const char* right, std::size_t size, std::size_t index);
 
 }  // namespace paths

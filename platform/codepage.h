@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 
 namespace zorvel {
 namespace platform {
@@ -26,14 +27,11 @@ const LeadBytes& allLeadBytes();
 /// Thread-safe.
 bool lowersAsciiAsUsual();
 
-/// What tolower() makes of two bytes below 0x80 in the current locale.
-/// Thread-safe.
-struct LoweredPair
-{
-    int first;
-    int second;
-};
-LoweredPair lowered(unsigned char first, unsigned char second);
+/// What tolower() makes of each byte in the current locale, until the locale is
+/// changed: that of -128 first, that of 0 at lowerTableZero. Null where the system
+/// keeps no such table: tolower() itself has to be asked there. Thread-safe.
+const std::int32_t* lowerTable();
+const int lowerTableZero = 128;
 
 /// How many of the first `limit` bytes of a longer text are whole characters of
 /// the same code page, on Linux also in codesets with longer characters than two

@@ -75,21 +75,26 @@ bool Scans<Block>::sameText(const char* left, const char* right, std::size_t siz
         if (differs == 0)
             continue;
         const std::size_t at = i + Block::first(differs);
-        return (left[at] ^ right[at]) == 0x20 ? sameRest(left, right, size, i) : sameFromByte(left, right, size, at);
+        if (areNeverAlike(static_cast<unsigned char>(left[at] ^ right[at])))
+            return sameInSpiteOf(left, right, size, at);
+        return sameRest(left, right, size, i);
     }
     return true;
 }
 
-/// Letters that differ in case only are the same in most locales, unless they stand behind a byte from 0x80 and may
-/// be second bytes. What differs otherwise is looked at by itself.
+/// Letters that differ in case only are alike, unless they stand behind a byte from 0x80 and may be second bytes. What
+/// differs otherwise is looked at by itself.
 template <class Block>
 bool Scans<Block>::sameRest(const char* left, const char* right, std::size_t size, std::size_t from)
 {
+    typename Block::Mask carried = from > 0 && (left[from - 1] & 0x80) != 0;
     for (std::size_t i = from; i < size; i += Block::size) {
         const std::size_t n = ScanSteps<Block>::atMostBlock(size - i);
         const Block block = Block::load(left + i, n);
         const Block other = Block::load(right + i, n);
-        const typename Block::Mask letters = block.otherCase(other) & ~ScanSteps<Block>::behindHigh(block, left, i);
+        const typename Block::Mask high = block.high();
+        const typename Block::Mask letters = block.otherCase(other) & ~(high << 1 | carried);
+        carried = high >> (Block::size - 1);
         const typename Block::Mask unlike = block.differs(other) & ~letters;
         if (unlike != 0)
             return sameFromByte(left, right, size, i + Block::first(unlike));

@@ -50,12 +50,13 @@ public:
         return end;
     }
 
+    /// Where both have the same ASCII letter, one of them as a capital: which is what both have in common.
     Mask otherCase(const Block& other) const
     {
-        const __m512i caseBit = _mm512_set1_epi8(0x20);
-        const __m512i letter = _mm512_sub_epi8(_mm512_or_si512(m_bytes, caseBit), _mm512_set1_epi8('a'));
+        const __m512i letter = _mm512_sub_epi8(_mm512_and_si512(m_bytes, other.m_bytes), _mm512_set1_epi8('A'));
         const Mask letters = _mm512_cmplt_epu8_mask(letter, _mm512_set1_epi8(26));
-        return _mm512_mask_cmpeq_epi8_mask(letters, _mm512_xor_si512(m_bytes, other.m_bytes), caseBit);
+        const __m512i apart = _mm512_xor_si512(m_bytes, other.m_bytes);
+        return _mm512_mask_cmpeq_epi8_mask(letters, apart, _mm512_set1_epi8('a' ^ 'A'));
     }
 
     static void write(char* p, std::size_t, Mask where, char byte)

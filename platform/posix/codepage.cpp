@@ -113,10 +113,9 @@ bool lowersAsciiAsUsual()
 
 /// By the table of the current locale, as tolower() does. (What isalpha() and its like read is a table of the
 /// thread's own, which another thread's setlocale() does not change.) It begins with the values of negative numbers.
-LoweredPair lowered(unsigned char first, unsigned char second)
+const std::int32_t* lowerTable()
 {
-    const std::int32_t* const table = reinterpret_cast<const std::int32_t*>(nl_langinfo(_NL_CTYPE_TOLOWER)) + 128;
-    return {table[first], table[second]};
+    return reinterpret_cast<const std::int32_t*>(nl_langinfo(_NL_CTYPE_TOLOWER));
 }
 
 std::size_t wholeCharacters(const char* text, std::size_t limit)

@@ -41,9 +41,9 @@ bool lowersAsciiAsUsual()
     return locale != nullptr && std::strcmp(locale, "C") == 0;
 }
 
-LoweredPair lowered(unsigned char first, unsigned char second)
+const std::int32_t* lowerTable()
 {
-    return {std::tolower(first), std::tolower(second)};
+    return nullptr;
 }
 
 namespace {

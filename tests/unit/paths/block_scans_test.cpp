@@ -194,7 +194,9 @@ TEST(BlockScans, BlocksOfBothSizesFindTheSame)
         const char* const begin = bytes.begin();
         ASSERT_EQ(lastSeparator(begin, bytes.end()), Narrow::lastSeparator(begin, bytes.end())) << i;
         ASSERT_EQ(holdsHighByte(begin, size), Narrow::holdsHighByte(begin, size)) << i;
-        ASSERT_EQ(sameText(begin, other.begin(), size), Narrow::sameText(begin, other.begin(), size)) << i;
+        const bool same = sameText(begin, other.begin(), size);
+        ASSERT_EQ(same, Narrow::sameText(begin, other.begin(), size)) << i;
+        ASSERT_EQ(same, Narrow::sameRest(begin, other.begin(), size, 0)) << i;
         ASSERT_EQ(firstDoubled(begin, size, from, leads), Narrow::firstDoubled(begin, size, from, leads)) << i;
         const Ends ends = {{'/', '\\'}, {'a', 'A'}, texts.below(3)};
         const std::size_t starts = size > ends.distance ? size - ends.distance : 0;
