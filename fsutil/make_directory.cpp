@@ -4,15 +4,14 @@
 #include "platform/files.h"
 #include "platform/path_rules.h"
 
+#include <zorvel/detail/character_key.h>
+
 #include <cstring>
 #include <string>
 
 namespace {
 
-bool isSeparator(char byte)
-{
-    return byte == '\\' || byte == '/';
-}
+using zorvel::detail::isSeparator;
 
 /// What the end of a name, or of a path, must not be for the path to mean the
 /// same as a whole and step by step: some systems drop blanks and dots there,

@@ -16,17 +16,3 @@ zvMultiByteLeadTest zvSetIsMultiByteLead(zvMultiByteLeadTest test)
     installedTest = test;
     return previous;
 }
-
-namespace zorvel {
-namespace paths {
-
-bool isSecondByte(const char* start, const char* p, const platform::LeadBytes& leads)
-{
-    const char* first = p;
-    while (first != start && leads.of[static_cast<unsigned char>(first[-1])])
-        --first;
-    return (p - first) % 2 != 0;
-}
-
-}  // namespace paths
-}  // namespace zorvel

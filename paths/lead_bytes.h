@@ -27,7 +27,13 @@ inline const platform::LeadBytes& leadBytesOfCodePage()
 
 /// Whether the byte at p is the second one of a character of the text that begins at start. Only the lead bytes right
 /// before it can tell: the first of them begins a character, whatever stands before it.
-bool isSecondByte(const char* start, const char* p, const platform::LeadBytes& leads);
+inline bool isSecondByte(const char* start, const char* p, const platform::LeadBytes& leads)
+{
+    const char* first = p;
+    while (first != start && leads.of[static_cast<unsigned char>(first[-1])])
+        --first;
+    return (p - first) % 2 != 0;
+}
 
 /// The same by the code page, which has to be asked only behind a byte from 0x80.
 inline bool isSecondByte(const char* start, const char* p)

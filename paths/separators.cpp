@@ -1,6 +1,7 @@
 #include <zorvel/paths.h>
 
 #include "paths/byte_scans.h"
+#include "paths/detail/narrow_block.h"
 #include "paths/lead_bytes.h"
 #include "paths/rare_bytes.h"
 
@@ -69,14 +70,31 @@ const char* lastNotSeparator(const char* first, const char* end)
     return nullptr;
 }
 
+/// By characters, where the lead-byte test is the code page's own. Most names have less than 32 bytes.
+inline const char* lastSeparatorOfPath(const char* first, const char* end)
+{
+    typedef narrow::Block Block;
+    const std::ptrdiff_t most = 2 * Block::size;
+    if (end - first < most)
+        return lastSeparator(first, end);
+    const Block::Mask front = Block::load(end - most, Block::size).separators();
+    const Block::Mask found = Block::load(end - most / 2, Block::size).separators() << Block::size | front;
+    if (found == 0)
+        return lastSeparator(first, end - most);
+    const char* const last = end - most + Block::last(found);
+    return last == first || (last[-1] & 0x80) == 0 ? last : lastSeparatorFrom(first, last);
+}
+
+/// A null last byte lies before any first one.
 bool isEmptyRange(const char* first, const char* last)
 {
-    return first == nullptr || last == nullptr || first > last;
+    return first == nullptr || first > last;
 }
 
 }  // namespace
 
-const char* lastSeparatorFrom(const char* first, const char* last)
+/// Not a part of those who call it, which need keep nothing then.
+__attribute__((noinline)) const char* lastSeparatorFrom(const char* first, const char* last)
 {
     return isSecondByte(first, last, leadBytesOfCodePage()) ? lastSeparator(first, last) : last;
 }
@@ -104,7 +122,7 @@ const char* zvFindLastSep(const char* first, const char* last)
 {
     if (isEmptyRange(first, last))
         return nullptr;
-    return testIsOfCodePage() ? lastSeparator(first, last + 1) : lastSeparatorByWalk(first, last + 1);
+    return testIsOfCodePage() ? lastSeparatorOfPath(first, last + 1) : lastSeparatorByWalk(first, last + 1);
 }
 
 const char* zvFindLastNotSep(const char* first, const char* last)
