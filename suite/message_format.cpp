@@ -62,7 +62,7 @@ std::string fillInOrder(const char* english, const std::vector<std::string>& arg
 
 bool writeInOrder(const char* english, std::va_list arguments, TextBuffer& buffer)
 {
-    for (const char* p = english;; p += 2) {
+    for (const char* p = english; *p != '\0'; p += 2) {
         const char* const conversion = std::strchr(p, '%');
         buffer.append(p, conversion ? static_cast<std::size_t>(conversion - p) : std::strlen(p));
         if (!conversion)
@@ -79,6 +79,7 @@ bool writeInOrder(const char* english, std::va_list arguments, TextBuffer& buffe
             return false;
         }
     }
+    return true;
 }
 
 bool isTranslation(const char* text)

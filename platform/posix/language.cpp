@@ -18,9 +18,9 @@ std::string languageOf(const char* locale)
 }
 
 /// In these locales nothing is translated, whatever the user prefers.
-bool isNeutral(const std::string& locale)
+bool isNeutral(const char* locale)
 {
-    return locale == "C" || locale == "POSIX";
+    return (locale[0] == 'C' && locale[1] == '\0') || std::strcmp(locale, "POSIX") == 0;
 }
 
 /// The first language of a list like "ja:en"; empty when there is none.
