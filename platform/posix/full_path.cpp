@@ -96,7 +96,13 @@ private:
 /// to the way that looks at each.
 bool isPlain(const char* native)
 {
-    return native[0] == '/' && std::strstr(native, "//") == nullptr && std::strstr(native, "/.") == nullptr;
+    if (native[0] != '/')
+        return false;
+    for (const char* p = native; p != nullptr; p = std::strchr(p + 1, '/')) {
+        if (p[1] == '/' || p[1] == '.')
+            return false;
+    }
+    return true;
 }
 
 /// Copies a native path in the library's form if it fits.
