@@ -26,6 +26,8 @@ const DWORD shareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 const DWORD shareWithoutDelete = FILE_SHARE_READ | FILE_SHARE_WRITE;
 const DWORD followLinks = FILE_FLAG_BACKUP_SEMANTICS;
 const DWORD linkItself = FILE_FLAG_BACKUP_SEMANTICS | FILE_FLAG_OPEN_REPARSE_POINT;
+/// Opens no directory, and no link to one.
+const DWORD fileItself = FILE_FLAG_OPEN_REPARSE_POINT;
 
 class Handle
 {
@@ -97,6 +99,40 @@ bool isDirectoryItself(const Handle& handle)
     return kind == FILE_ATTRIBUTE_DIRECTORY;
 }
 
+bool isMissing(DWORD error)
+{
+    return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND;
+}
+
+/// FileDispositionInfoEx of Windows 10, for which the headers want more than the
+/// oldest Windows that zorvel is for.
+const FILE_INFO_BY_HANDLE_CLASS dispositionInfoEx = static_cast<FILE_INFO_BY_HANDLE_CLASS>(21);
+const DWORD deleteFlag = 1;
+const DWORD posixSemanticsFlag = 2;
+
+/// Where the system can, the name goes at once, as the removal by a path has it
+/// too: a program that has the file open would else keep it, and with it the
+/// directory, until it closes the file. Not every file system can.
+bool takeNameOff(const Handle& file)
+{
+    DWORD wanted = deleteFlag | posixSemanticsFlag;
+    return SetFileInformationByHandle(file.get(), dispositionInfoEx, &wanted, sizeof wanted);
+}
+
+bool removeWhenClosed(const Handle& file)
+{
+    FILE_DISPOSITION_INFO wanted = {TRUE};
+    return SetFileInformationByHandle(file.get(), FileDispositionInfo, &wanted, sizeof wanted);
+}
+
+/// Removes a file that was opened with the right to.
+int removeOpened(const Handle& file)
+{
+    if (takeNameOff(file) || removeWhenClosed(file))
+        return 0;
+    return isMissing(GetLastError()) ? ENOENT : EACCES;
+}
+
 bool endsInSeparator(const std::string& path)
 {
     bool isSeparator = false;
@@ -106,11 +142,6 @@ bool endsInSeparator(const std::string& path)
         i += isPair ? 1 : 0;
     }
     return isSeparator;
-}
-
-bool isMissing(DWORD error)
-{
-    return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND;
 }
 
 }  // namespace
@@ -139,17 +170,25 @@ struct RemovalDirectory::State
         return CompareStringOrdinal(expected.c_str(), -1, finalPath(entry).c_str(), -1, TRUE) == CSTR_EQUAL;
     }
 
-    /// 0 when the entry may be removed by its path.
-    int check(const std::string& entryPath, const char* name) const
+    /// Opens an entry without following links: 0 when it lies here.
+    int open(const char* name, DWORD access, DWORD flags, Handle& entry) const
     {
+        const std::string entryPath = join(name);
         if (!isLiteral(name))
             return EACCES;
         if (entryPath.size() > longestPath)
             return ENAMETOOLONG;
-        const Handle entry(entryPath, 0, shareAll, linkItself);
+        entry = Handle(entryPath, access, shareAll, flags);
         if (!entry.isOpen())
             return isMissing(GetLastError()) ? ENOENT : EACCES;
         return holds(entry, name) ? 0 : EACCES;
+    }
+
+    /// 0 when the entry may be removed by its path.
+    int check(const char* name) const
+    {
+        Handle entry;
+        return open(name, 0, linkItself, entry);
     }
 
     std::string path;
@@ -226,11 +265,12 @@ EntryKind RemovalDirectory::kind(const char* name) const
     return kind == EntryKind::none && !isMissing(GetLastError()) ? EntryKind::file : kind;
 }
 
+/// What was looked at is what goes: nobody can put something else in between.
 int RemovalDirectory::removeFile(const char* name) const
 {
-    const std::string path = m_state->join(name);
-    const int refused = m_state->check(path, name);
-    return refused ? refused : platform::removeFile(path.c_str());
+    Handle file;
+    const int refused = m_state->open(name, DELETE, fileItself, file);
+    return refused ? refused : removeOpened(file);
 }
 
 int RemovalDirectory::removeDirectory(const char* name, RemovalDirectory* child) const
@@ -238,7 +278,7 @@ int RemovalDirectory::removeDirectory(const char* name, RemovalDirectory* child)
     if (child && child->m_state)
         child->m_state->handle.close();
     const std::string path = m_state->join(name);
-    const int refused = m_state->check(path, name);
+    const int refused = m_state->check(name);
     if (refused)
         return refused;
     return _rmdir(path.c_str()) == 0 ? 0 : errno;
@@ -247,7 +287,7 @@ int RemovalDirectory::removeDirectory(const char* name, RemovalDirectory* child)
 bool RemovalDirectory::allowRemovalOf(const char* name) const
 {
     const std::string path = m_state->join(name);
-    if (m_state->check(path, name) != 0)
+    if (m_state->check(name) != 0)
         return false;
     const DWORD attributes = GetFileAttributesA(path.c_str());
     if (attributes == INVALID_FILE_ATTRIBUTES || !(attributes & FILE_ATTRIBUTE_READONLY))
@@ -258,7 +298,7 @@ bool RemovalDirectory::allowRemovalOf(const char* name) const
 void RemovalDirectory::forbidRemovalOf(const char* name) const
 {
     const std::string path = m_state->join(name);
-    if (m_state->check(path, name) == 0)
+    if (m_state->check(name) == 0)
         changeMode(path.c_str(), _S_IREAD);
 }
 

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <system_error>
 
 using namespace zorvel::test;
@@ -157,5 +158,19 @@ TEST_F(RemoveLinks, AChildThatIsRefusedHoldsNothing)
     std::filesystem::rename(standardPath(tree, "precious"), standardPath(tree, "away"), refused);
     EXPECT_FALSE(refused) << refused.message();
     std::filesystem::rename(standardPath(tree, "away"), standardPath(tree, "precious"), refused);
+    expectIntact();
+}
+
+/// What was listed as a file may be a directory by now.
+TEST_F(RemoveLinks, TheRemovalOfAFileTakesNoDirectory)
+{
+    tree.directory("top\\empty");
+    tree.link("precious", "top\\link");
+    RemovalDirectory top;
+    ASSERT_EQ(top.open(tree.path("top").c_str()), 0);
+    EXPECT_NE(top.removeFile("empty"), 0);
+    EXPECT_EQ(top.removeFile("missing"), ENOENT);
+    top.removeFile("link");
+    EXPECT_TRUE(tree.exists("top\\empty"));
     expectIntact();
 }
