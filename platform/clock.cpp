@@ -1,6 +1,7 @@
 #include "platform/clock.h"
 
 #include "platform/uninterrupted_sleep.h"
+#include "platform/wake_up.h"
 
 #include <boost/date_time/posix_time/posix_time.hpp>
 #include <boost/thread/thread.hpp>
@@ -29,6 +30,12 @@ void sleepFor(long milliseconds)
         boost::this_thread::sleep(boost::posix_time::milliseconds(milliseconds));
     else
         sleepUninterrupted(milliseconds);
+}
+
+bool sleepUnlessCalled(WakeUp& wakeUp, long milliseconds)
+{
+    wakeUp.wait(milliseconds);
+    return !wakeUp.isCalled();
 }
 
 }  // namespace platform

@@ -2,11 +2,13 @@
 
 #include <boost/date_time/posix_time/posix_time_types.hpp>
 
-/// Time, as everything above the seam sees it. The three functions share an
+/// Time, as everything above the seam sees it. The four functions share an
 /// object file of their own, so that a test program can link a clock that
 /// moves only when the test says so.
 namespace zorvel {
 namespace platform {
+
+class WakeUp;
 
 /// The local wall clock, in microseconds.
 boost::posix_time::ptime localTime();
@@ -18,6 +20,12 @@ boost::posix_time::ptime universalTime();
 /// less). An interruption point of Boost.Thread, also for zero:
 /// boost::thread_interrupted leaves.
 void sleepFor(long milliseconds);
+
+/// The same for a thread that somebody else may have to end, who calls `wakeUp`
+/// before interrupting it: the call ends the sleep without an exception, which
+/// costs more than such a thread. False after the call. An interruption may be
+/// noticed or not.
+bool sleepUnlessCalled(WakeUp& wakeUp, long milliseconds);
 
 }  // namespace platform
 }  // namespace zorvel

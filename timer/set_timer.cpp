@@ -1,6 +1,7 @@
 #include <zorvel/timer.h>
 
 #include "platform/clock.h"
+#include "platform/wake_up.h"
 #include "timer/deadline.h"
 
 #include <boost/bind/bind.hpp>
@@ -18,9 +19,17 @@ using boost::posix_time::ptime;
 using boost::posix_time::time_duration;
 namespace platform = zorvel::platform;
 
-/// Written once by the worker, read by the handle; owned by both.
-typedef boost::shared_ptr<std::atomic<bool>> Flag;
 typedef boost::function0<void> Callback;
+
+/// What the worker and the handle both own: a flag that the worker writes once
+/// and the handle reads, and the handle's call that ends the worker's sleep.
+struct Shared
+{
+    std::atomic<bool> failed{false};
+    platform::WakeUp wakeUp;
+};
+
+typedef boost::shared_ptr<Shared> SharedPointer;
 
 /// A deadline that is far away, or never comes, is waited for in pieces: the
 /// clock is read again after each.
@@ -29,22 +38,22 @@ const long longestWaitMsec = 60L * 60 * 1000;
 class zvTimerTaskImpl : public zvTimerTask
 {
 public:
-    zvTimerTaskImpl(const boost::function0<void>& worker, const Flag& flag)
-        : thread(worker), failed(flag), workerId(thread.get_id())
+    zvTimerTaskImpl(const boost::function0<void>& worker, const SharedPointer& common)
+        : shared(common), thread(worker), workerId(thread.get_id())
     {
     }
 
     /// Leaves the worker running: only cancel() stops it.
     ~zvTimerTaskImpl() override { thread.detach(); }
 
-    bool hasFailed() const override { return *failed; }
+    bool hasFailed() const override { return shared->failed; }
     void cancel() override;
 
 private:
     // Before the thread: nothing may fail once that runs.
     boost::mutex cancelling;
+    const SharedPointer shared;
     boost::thread thread;
-    Flag failed;
     const boost::thread::id workerId;
 };
 
@@ -59,6 +68,8 @@ void zvTimerTaskImpl::cancel()
     const boost::lock_guard<boost::mutex> oneAtATime(cancelling);
     if (!thread.joinable())
         return;
+    // A worker that sleeps ends by this. The interruption is for the callback.
+    shared->wakeUp.call();
     thread.interrupt();
     thread.join();
 }
@@ -87,46 +98,47 @@ long waitMsec(const time_duration& remaining)
 }
 
 /// The deadline is tested after every wait: one that ended early, or a clock
-/// that moved, only leads to a further wait.
-void sleepUntil(const ptime& deadline)
+/// that moved, only leads to a further wait. False when the timer is cancelled.
+bool sleepUntil(const ptime& deadline, platform::WakeUp& wakeUp)
 {
     boost::this_thread::interruption_point();
-    for (ptime now = platform::localTime(); now < deadline; now = platform::localTime())
-        platform::sleepFor(waitMsec(deadline - now));
+    for (ptime now = platform::localTime(); now < deadline; now = platform::localTime()) {
+        if (!platform::sleepUnlessCalled(wakeUp, waitMsec(deadline - now)))
+            return false;
+    }
+    return true;
 }
 
-void callOnce(const Callback& fn, const time_duration& interval)
+bool callOnce(const Callback& fn, const time_duration& interval, platform::WakeUp& wakeUp)
 {
-    sleepUntil(firstDeadline(interval));
+    if (!sleepUntil(firstDeadline(interval), wakeUp))
+        return false;
     fn();
+    return true;
 }
 
 /// The rate is fixed: a deadline is counted from the one before it, not from
 /// the end of the callback, so a slow callback does not make the timer drift.
-void callRepeatedly(const Callback& fn, const time_duration& interval)
+bool callRepeatedly(const Callback& fn, const time_duration& interval, platform::WakeUp& wakeUp)
 {
-    for (ptime deadline = firstDeadline(interval);; deadline += interval) {
-        sleepUntil(deadline);
+    for (ptime deadline = firstDeadline(interval); sleepUntil(deadline, wakeUp); deadline += interval)
         fn();
-    }
+    return false;
 }
 
-typedef void (*Schedule)(const Callback& fn, const time_duration& interval);
+/// False when it was cancelled, which an exception can tell as well.
+typedef bool (*Schedule)(const Callback& fn, const time_duration& interval, platform::WakeUp& wakeUp);
 
 /// The whole life of a timer's thread. It owns all that it uses and never
-/// touches the handle, which it may outlive.
-void run(Schedule schedule, const Callback& fn, const time_duration& interval, const Flag& failed)
+/// touches the handle, which it may outlive. A cancellation needs no exception
+/// to end it: locks that are held for a moment are full of these.
+void run(Schedule schedule, const Callback& fn, const time_duration& interval, const SharedPointer& shared)
 {
-    // A timer that is cancelled before its thread has begun needs no exception
-    // to end it: locks that are held for a moment are full of these.
-    if (boost::this_thread::interruption_requested()) {
-        *failed = true;
-        return;
-    }
     try {
-        schedule(fn, interval);
+        if (shared->wakeUp.isCalled() || !schedule(fn, interval, shared->wakeUp))
+            shared->failed = true;
     } catch (...) {
-        *failed = true;
+        shared->failed = true;
     }
 }
 
@@ -135,7 +147,7 @@ void run(Schedule schedule, const Callback& fn, const time_duration& interval, c
 boost::shared_ptr<zvTimerTask> zvSetTimer(const boost::function0<void>& fn, boost::posix_time::time_duration interval,
                                           bool repeat)
 {
-    const Flag failed = boost::make_shared<std::atomic<bool>>(false);
+    const SharedPointer shared = boost::make_shared<Shared>();
     const Schedule schedule = repeat ? &callRepeatedly : &callOnce;
-    return boost::make_shared<zvTimerTaskImpl>(boost::bind(&run, schedule, fn, notNegative(interval), failed), failed);
+    return boost::make_shared<zvTimerTaskImpl>(boost::bind(&run, schedule, fn, notNegative(interval), shared), shared);
 }

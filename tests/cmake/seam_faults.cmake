@@ -46,6 +46,7 @@ set(zorvel_seam_files
   resume=16RemovalDirectory6resumeERKS1_)
 set(zorvel_seam_services
   sleepFor=8sleepForEl
+  sleepUnlessCalled=17sleepUnlessCalledERNS0_6WakeUpEl
   userLanguage=12userLanguageB5cxx11Ev
   fromCodePage932=15fromCodePage932EPKcR${string}
   loadLibrary=11loadLibraryEPKc

@@ -1,5 +1,6 @@
 #include "platform/clock.h"
 #include "platform/process.h"
+#include "platform/wake_up.h"
 
 #include "tests/simulation/process.h"
 
@@ -22,6 +23,12 @@ boost::posix_time::ptime universalTime()
 void sleepFor(long milliseconds)
 {
     sim::Process::current()->sleep(milliseconds * sim::millisecond);
+}
+
+bool sleepUnlessCalled(WakeUp& wakeUp, long milliseconds)
+{
+    sleepFor(milliseconds);
+    return !wakeUp.isCalled();
 }
 
 unsigned long processId()

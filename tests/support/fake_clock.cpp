@@ -1,6 +1,7 @@
 #include "tests/support/fake_clock.h"
 
 #include "platform/clock.h"
+#include "platform/wake_up.h"
 
 #include <boost/thread/condition_variable.hpp>
 #include <boost/thread/lock_guard.hpp>
@@ -177,6 +178,13 @@ void sleepFor(long milliseconds)
 {
     boost::this_thread::interruption_point();
     test::fake_clock::sleepFor(boost::posix_time::milliseconds(milliseconds > 0 ? milliseconds : 0));
+}
+
+/// The interruption that follows the call ends this sleep like any other.
+bool sleepUnlessCalled(WakeUp& wakeUp, long milliseconds)
+{
+    sleepFor(milliseconds);
+    return !wakeUp.isCalled();
 }
 
 }  // namespace platform

@@ -7,6 +7,7 @@
 #include "platform/path_rules.h"
 #include "platform/semaphore.h"
 #include "platform/system_error.h"
+#include "platform/wake_up.h"
 #include "tests/support/fake_clock.h"
 
 #include <zorvel/timer.h>
@@ -131,6 +132,13 @@ ZORVEL_SEAM(sleepFor, void, long milliseconds)
     if (const seam::Answer* const answer = seam::next(seam::sleepFor))
         seam::throwIfAsked(*answer);
     fake_clock::set(fake_clock::now() + boost::posix_time::milliseconds(milliseconds));
+}
+
+/// Only timers sleep like this. It cannot fail, and so nothing makes it.
+ZORVEL_SEAM(sleepUnlessCalled, bool, WakeUp& wakeUp, long)
+{
+    boost::this_thread::sleep(boost::posix_time::hours(1));
+    return !wakeUp.isCalled();
 }
 
 ZORVEL_SEAM(userLanguage, std::string, void)
