@@ -2,6 +2,7 @@
 // calls on ready-made names. Nothing is refreshed, nobody is found dead.
 //
 //   locks_bare pauses|exclusive|read|write DIR cycles COUNT
+//   locks_bare kept-exclusive|kept-read|kept-write DIR cycles COUNT    and a thread that waits for each file held
 //   locks_bare exclusive DIR contend LOG HOLD_MS
 //   locks_bare thread DIR cycles COUNT    start and end of a thread that waits, each after a pause
 
@@ -25,13 +26,64 @@ namespace {
 
 using namespace zorvel::bench;
 
+/// A thread that waits until it is told to end.
+class WaitingThread
+{
+public:
+    WaitingThread() : m_thread([this] { wait(); }) {}
+
+    ~WaitingThread()
+    {
+        {
+            const std::lock_guard<std::mutex> guard(m_mutex);
+            m_ended = true;
+        }
+        m_end.notify_one();
+        m_thread.join();
+    }
+
+private:
+    void wait()
+    {
+        std::unique_lock<std::mutex> guard(m_mutex);
+        m_end.wait(guard, [this] { return m_ended; });
+    }
+
+    std::mutex m_mutex;
+    std::condition_variable m_end;
+    bool m_ended = false;
+    std::thread m_thread;
+};
+
+/// What keeps one file fresh while it is held: nothing, or a thread.
+class Keeper
+{
+public:
+    explicit Keeper(bool hasThread) : m_hasThread(hasThread) {}
+
+    bool begin()
+    {
+        if (m_hasThread)
+            m_thread.reset(new WaitingThread);
+        return true;
+    }
+
+    void end() { m_thread.reset(); }
+
+private:
+    const bool m_hasThread;
+    std::unique_ptr<WaitingThread> m_thread;
+};
+
 class Steps
 {
 public:
-    explicit Steps(const std::string& directory)
+    Steps(const std::string& directory, bool isKept)
         : m_directory(directory),
           m_writer(directory + "/.deploy_write_lock"),
-          m_reader(directory + "/.deploy_read_lock.1")
+          m_reader(directory + "/.deploy_read_lock.1"),
+          m_guardKeeper(isKept),
+          m_keeper(isKept)
     {
         for (std::size_t level = 0; level < 1024; ++level)
             m_levels.push_back(directory + "/.deploy_lock." + std::to_string(level));
@@ -43,28 +95,41 @@ public:
         nanosleep(&fiveMsec, nullptr);
     }
 
-    bool takeGuard() const
+    bool takeGuard()
     {
         descend(queue());
-        return touch(m_levels[0]) && look(m_levels[0]);
+        return touch(m_levels[0]) && m_guardKeeper.begin() && look(m_levels[0]);
     }
 
-    bool giveGuard() const { return remove(m_levels[0]); }
-
-    bool enterAsReader() const
+    bool giveGuard()
     {
-        return takeGuard() && !look(m_writer) && create(m_reader) && touch(m_reader) && look(m_reader) && giveGuard();
+        m_guardKeeper.end();
+        return remove(m_levels[0]);
     }
 
-    bool leaveAsReader() const { return remove(m_reader); }
+    bool enterAsReader()
+    {
+        return takeGuard() && !look(m_writer) && create(m_reader) && touch(m_reader) && m_keeper.begin() &&
+               look(m_reader) && giveGuard();
+    }
 
-    bool enterAsWriter() const
+    bool leaveAsReader()
+    {
+        m_keeper.end();
+        return remove(m_reader);
+    }
+
+    bool enterAsWriter()
     {
         return takeGuard() && list() && !look(m_writer) && list() && !look(m_writer) && touch(m_writer) &&
-               look(m_writer) && giveGuard();
+               m_keeper.begin() && look(m_writer) && giveGuard();
     }
 
-    bool leaveAsWriter() const { return remove(m_writer); }
+    bool leaveAsWriter()
+    {
+        m_keeper.end();
+        return remove(m_writer);
+    }
 
 private:
     std::size_t queue() const
@@ -128,35 +193,8 @@ private:
     std::vector<std::string> m_levels;
     const std::string m_writer;
     const std::string m_reader;
-};
-
-/// A thread that waits until it is told to end.
-class WaitingThread
-{
-public:
-    WaitingThread() : m_thread([this] { wait(); }) {}
-
-    ~WaitingThread()
-    {
-        {
-            const std::lock_guard<std::mutex> guard(m_mutex);
-            m_ended = true;
-        }
-        m_end.notify_one();
-        m_thread.join();
-    }
-
-private:
-    void wait()
-    {
-        std::unique_lock<std::mutex> guard(m_mutex);
-        m_end.wait(guard, [this] { return m_ended; });
-    }
-
-    std::mutex m_mutex;
-    std::condition_variable m_end;
-    bool m_ended = false;
-    std::thread m_thread;
+    Keeper m_guardKeeper;
+    Keeper m_keeper;
 };
 
 Lock waitingThread()
@@ -186,15 +224,18 @@ Lock lockOf(const Enter& enter, const Leave& leave)
                 [=] { require(leave()); }, &ownProcessorTime};
 }
 
-Lock makeLock(const std::string& kind, const std::string& directory)
+Lock makeLock(const std::string& wanted, const std::string& directory)
 {
-    const Steps steps(directory);
+    const std::string kept = "kept-";
+    const bool isKept = wanted.compare(0, kept.size(), kept) == 0;
+    const std::string kind = isKept ? wanted.substr(kept.size()) : wanted;
+    const auto steps = std::make_shared<Steps>(directory, isKept);
     if (kind == "exclusive")
-        return lockOf([=] { return steps.takeGuard(); }, [=] { return steps.giveGuard(); });
+        return lockOf([=] { return steps->takeGuard(); }, [=] { return steps->giveGuard(); });
     if (kind == "read")
-        return lockOf([=] { return steps.enterAsReader(); }, [=] { return steps.leaveAsReader(); });
+        return lockOf([=] { return steps->enterAsReader(); }, [=] { return steps->leaveAsReader(); });
     if (kind == "write")
-        return lockOf([=] { return steps.enterAsWriter(); }, [=] { return steps.leaveAsWriter(); });
+        return lockOf([=] { return steps->enterAsWriter(); }, [=] { return steps->leaveAsWriter(); });
     if (kind == "thread")
         return waitingThread();
     return lockOf(

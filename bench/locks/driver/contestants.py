@@ -42,6 +42,12 @@ def bare(kind, name="bare-steps"):
     return Contestant(name, settings, lambda place: [str(PROGRAMS / "locks_bare"), kind, str(place)])
 
 
+def kept(kind):
+    """The same, and for each file that is held the prescribed thread, which only waits."""
+    settings = f"the prescribed pauses, file operations and threads, {kind}; the threads only wait"
+    return Contestant("bare-steps", settings, lambda place: [str(PROGRAMS / "locks_bare"), f"kept-{kind}", str(place)])
+
+
 def refresh_threads():
     """What a lock that is refreshed starts and ends, ours and the least that it can be."""
     bare_thread = Contestant("bare-thread", "std::thread that waits for a condition; start and end",
