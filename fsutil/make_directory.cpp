@@ -112,6 +112,22 @@ private:
     bool m_isBelowNew = false;
 };
 
+/// Whether no byte after the first is part of a character that is not ASCII, or
+/// a separator behind what must not be the end of a name. Without a way out
+/// before the end the compiler takes many bytes at once.
+bool isPlainInside(const char* path, std::size_t length)
+{
+    unsigned char flaws = 0;
+    for (std::size_t i = 1; i < length; ++i) {
+        const unsigned char byte = static_cast<unsigned char>(path[i]);
+        const unsigned char before = static_cast<unsigned char>(path[i - 1]);
+        const unsigned char separates = (byte == '\\') | (byte == '/');
+        const unsigned char ends = (before <= ' ') | (before == '.');
+        flaws |= static_cast<unsigned char>((byte & 0x80) | (separates & ends));
+    }
+    return flaws == 0;
+}
+
 /// Whether a text is its own normalised form but for separators, and names the
 /// same directory as a whole as its components do one after another: then one
 /// look at it answers for all of them.
@@ -119,14 +135,11 @@ bool isPlain(const char* path)
 {
     const bool isNetworkPath = isSeparator(path[0]) && isSeparator(path[1]);
     const std::size_t drive = zorvel::platform::drivePrefixLength(path);
-    if (static_cast<unsigned char>(*path) <= ' ' || isNetworkPath || (drive && !isSeparator(path[drive])))
+    const unsigned char first = static_cast<unsigned char>(path[0]);
+    if (first <= ' ' || first >= 0x80 || isNetworkPath || (drive && !isSeparator(path[drive])))
         return false;
-    unsigned char last = '/';
-    for (; *path; last = static_cast<unsigned char>(*path++)) {
-        if (static_cast<unsigned char>(*path) >= 0x80 || (isSeparator(*path) && !isPlainEnd(last)))
-            return false;
-    }
-    return isPlainEnd(last);
+    const std::size_t length = std::strlen(path);
+    return isPlainInside(path, length) && isPlainEnd(static_cast<unsigned char>(path[length - 1]));
 }
 
 }  // namespace
