@@ -2,7 +2,7 @@
 from . import axis, figures, svg, table
 
 WIDTH, ROW, HEADING, TOP = 960, 20, 30, 74
-TITLE_CHARACTERS = 56
+TITLE_CHARACTERS = 64
 # What is written at the end of a bar.
 FIGURE = 48
 
