@@ -77,7 +77,7 @@ inline bool areNeverAlike(unsigned char differing)
 /// The first byte is the lowest.
 inline std::uint64_t firstEight(const char* text)
 {
-    std::uint64_t bytes;
+    std::uint64_t bytes = 0;
     std::memcpy(&bytes, text, sizeof bytes);
     return bytes;
 }
