@@ -68,14 +68,12 @@ int Scene::ageAbandoned() const
     const long long now = static_cast<long long>(std::time(nullptr));
     if (m_tree.exists("inside"))
         m_tree.removeDirectory("inside");
-    int aged = 0;
+    int count = 0;
     for (const std::string& name : lockFiles()) {
-        const long long age = now - m_tree.modificationTime(name);
-        if (age < 3 || age > secondsStale)
-            continue;
-        aged += makeStale(name);
+        if (!touchedAfter(name, now - 3) && !aged(name))
+            count += makeStale(name);
     }
-    return aged;
+    return count;
 }
 
 std::vector<std::string> Scene::ageTracesOf(int worker, long long killed) const
