@@ -121,9 +121,8 @@ bool isPlainInside(const char* path, std::size_t length)
     for (std::size_t i = 1; i < length; ++i) {
         const unsigned char byte = static_cast<unsigned char>(path[i]);
         const unsigned char before = static_cast<unsigned char>(path[i - 1]);
-        const unsigned char separates = (byte == '\\') | (byte == '/');
-        const unsigned char ends = (before <= ' ') | (before == '.');
-        flaws |= static_cast<unsigned char>((byte & 0x80) | (separates & ends));
+        const bool separates = isSeparator(path[i]);
+        flaws |= static_cast<unsigned char>((byte & 0x80) | (separates & !isPlainEnd(before)));
     }
     return flaws == 0;
 }
