@@ -98,3 +98,15 @@ TEST(MakeDirectory, NetworkPathsOfServerAndShareAloneAreContent)
     EXPECT_EQ(tree.names(), Names());
     EXPECT_FALSE(zvFileOrDirExists("\\\\zorvel-no-such-server\\share"));
 }
+
+// Component by component: a name of dots below what was just made is there, and what a path leads through is made too,
+// also where the system would find the goal without it.
+TEST(MakeDirectory, WalksThroughNamesOfDots)
+{
+    TemporaryTree tree;
+    tree.directory("goal");
+    EXPECT_TRUE(zvMkdirP(tree.path("new\\.\\below").c_str()));
+    EXPECT_EQ(tree.names("new"), Names({"below"}));
+    EXPECT_TRUE(zvMkdirP(tree.path("through\\..\\goal").c_str()));
+    EXPECT_EQ(tree.names(), Names({"goal", "new", "through"}));
+}
