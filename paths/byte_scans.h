@@ -48,7 +48,7 @@ struct Scans
     /// Whether two texts of one size are equal by character, where the lead-byte test is the code page's own.
     static bool sameText(const char* left, const char* right, std::size_t size);
 
-    /// The same where all before an index is equal.
+    /// The same where all before an index is alike already, in a locale with the usual letters.
     static bool sameRest(const char* left, const char* right, std::size_t size, std::size_t from);
 
     /// Writes '\' for each '/'.
@@ -109,9 +109,9 @@ inline bool sameText(const char* left, const char* right, std::size_t size)
     if (differs == 0)
         return blocksAreWide ? Scans<wide::Block>::sameText(left, right, size)
                              : Scans<narrow::Block>::sameText(left, right, size);
-    const unsigned at = static_cast<unsigned>(__builtin_ctzll(differs)) / 8;
-    return areNeverAlike(static_cast<unsigned char>(differs >> 8 * at)) ? sameInSpiteOf(left, right, size, at)
-                                                                        : sameRest(left, right, size, 0);
+    const unsigned shift = static_cast<unsigned>(__builtin_ctzll(differs)) & 0x38;
+    return areNeverAlike(static_cast<unsigned char>(differs >> shift)) ? sameInSpiteOf(left, right, size)
+                                                                       : sameRest(left, right, size, 0);
 }
 
 inline void writeBackslashes(char* text, std::size_t size, Leads leads)

@@ -71,7 +71,7 @@ bool isSameInOtherForm(const char* left, const char* right, std::size_t index)
 bool sameFromByte(const char* left, const char* right, std::size_t size, std::size_t index)
 {
     return isSameInOtherForm(left, right, index) ? sameRest(left, right, size, index + 1)
-                                                 : sameInSpiteOf(left, right, size, index);
+                                                 : sameInSpiteOf(left, right, size);
 }
 
 bool sameButForCase(const char* left, const char* right, std::size_t size)
@@ -79,9 +79,9 @@ bool sameButForCase(const char* left, const char* right, std::size_t size)
     return platform::lowersAsciiAsUsual() || sameInLocale(left, right, size);
 }
 
-bool sameInSpiteOf(const char* left, const char* right, std::size_t size, std::size_t index)
+bool sameInSpiteOf(const char* left, const char* right, std::size_t size)
 {
-    return sameByteCharacter(left[index], right[index]) && sameInLocale(left, right, size);
+    return !platform::lowersAsciiAsUsual() && sameInLocale(left, right, size);
 }
 
 namespace {

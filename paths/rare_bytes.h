@@ -14,9 +14,8 @@ const char* lastSeparatorFrom(const char* first, const char* last);
 /// case of those.
 bool sameButForCase(const char* left, const char* right, std::size_t size);
 
-/// Whether two texts of one size are equal in the present locale that are not so in one with the usual letters, for
-/// the bytes at an index.
-bool sameInSpiteOf(const char* left, const char* right, std::size_t size, std::size_t index);
+/// Whether two texts of one size are equal in the present locale that are not so in one with the usual letters.
+bool sameInSpiteOf(const char* left, const char* right, std::size_t size);
 
 /// Whether two texts of one size are equal that are so before an index, where the bytes differ.
 bool sameFromByte(const char* left, const char* right, std::size_t size, std::size_t index);

@@ -25,6 +25,39 @@ struct ScanSteps
         return static_cast<Mask>(block.high() << 1) | static_cast<Mask>(i > 0 && (text[i - 1] & 0x80) != 0);
     }
 
+    /// The bytes of a block that differ. The block lies at the two places.
+    static Mask differing(const char* left, const char* right, std::size_t n = Block::size)
+    {
+        return Block::load(left, n).differs(Block::load(right, n));
+    }
+
+    /// The bytes of the block at index i that differ by more than the case of a letter. A letter behind a byte from
+    /// 0x80 may be a second byte.
+    static Mask unlike(const char* left, const char* right, std::size_t i, std::size_t n = Block::size)
+    {
+        const Block block = Block::load(left + i, n);
+        const Block other = Block::load(right + i, n);
+        return block.differs(other) & ~(block.otherCase(other) & ~behindHigh(block, left, i));
+    }
+
+    /// Whether two texts are the same that are equal before the block at index i, where these bytes differ.
+    static bool sameOrRest(Mask differing, const char* left, const char* right, std::size_t size, std::size_t i)
+    {
+        if (differing == 0)
+            return true;
+        const std::size_t at = i + Block::first(differing);
+        return areNeverAlike(static_cast<unsigned char>(left[at] ^ right[at]))
+                   ? sameInSpiteOf(left, right, size)
+                   : Scans<Block>::sameRest(left, right, size, i);
+    }
+
+    /// Whether two texts are the same that are alike but for these bytes of the block at index i and what is behind it.
+    static bool sameOrFromByte(Mask unlike, const char* left, const char* right, std::size_t size, std::size_t i)
+    {
+        return unlike == 0 ? sameButForCase(left, right, size)
+                           : sameFromByte(left, right, size, i + Block::first(unlike));
+    }
+
     /// Takes away the bits that stand for second bytes.
     static Mask withoutSecondBytes(Mask found, const Block& block, const char* text, std::size_t i, Leads leads)
     {
@@ -65,41 +98,39 @@ bool Scans<Block>::holdsHighByte(const char* text, std::size_t size)
     return false;
 }
 
-/// Most texts that are compared are equal to the last byte, or differ early.
+/// Most texts that are compared are equal to the last byte, or differ early. Of a text that fills a block the last one
+/// ends where the text does.
 template <class Block>
 bool Scans<Block>::sameText(const char* left, const char* right, std::size_t size)
 {
-    for (std::size_t i = 0; i < size; i += Block::size) {
-        const std::size_t n = ScanSteps<Block>::atMostBlock(size - i);
-        const typename Block::Mask differs = Block::load(left + i, n).differs(Block::load(right + i, n));
-        if (differs == 0)
-            continue;
-        const std::size_t at = i + Block::first(differs);
-        if (areNeverAlike(static_cast<unsigned char>(left[at] ^ right[at])))
-            return sameInSpiteOf(left, right, size, at);
-        return sameRest(left, right, size, i);
+    typedef ScanSteps<Block> Steps;
+    if (size < Block::size)
+        return Steps::sameOrRest(Steps::differing(left, right, size), left, right, size, 0);
+    const std::size_t last = size - Block::size;
+    for (std::size_t i = 0; i < last; i += Block::size) {
+        const typename Block::Mask differing = Steps::differing(left + i, right + i);
+        if (differing != 0)
+            return Steps::sameOrRest(differing, left, right, size, i);
     }
-    return true;
+    return Steps::sameOrRest(Steps::differing(left + last, right + last), left, right, size, last);
 }
 
-/// Letters that differ in case only are alike, unless they stand behind a byte from 0x80 and may be second bytes. What
-/// differs otherwise is looked at by itself.
+/// What differs by more than the case of a letter is looked at by itself.
 template <class Block>
 bool Scans<Block>::sameRest(const char* left, const char* right, std::size_t size, std::size_t from)
 {
-    typename Block::Mask carried = from > 0 && (left[from - 1] & 0x80) != 0;
-    for (std::size_t i = from; i < size; i += Block::size) {
-        const std::size_t n = ScanSteps<Block>::atMostBlock(size - i);
-        const Block block = Block::load(left + i, n);
-        const Block other = Block::load(right + i, n);
-        const typename Block::Mask high = block.high();
-        const typename Block::Mask letters = block.otherCase(other) & ~(high << 1 | carried);
-        carried = high >> (Block::size - 1);
-        const typename Block::Mask unlike = block.differs(other) & ~letters;
+    typedef ScanSteps<Block> Steps;
+    std::size_t i = from;
+    while (size - i > Block::size) {
+        const typename Block::Mask unlike = Steps::unlike(left, right, i);
         if (unlike != 0)
-            return sameFromByte(left, right, size, i + Block::first(unlike));
+            return Steps::sameOrFromByte(unlike, left, right, size, i);
+        i += Block::size;
     }
-    return sameButForCase(left, right, size);
+    if (size < Block::size)
+        return Steps::sameOrFromByte(Steps::unlike(left, right, 0, size) & ~Block::lanes(i), left, right, size, 0);
+    const std::size_t last = size - Block::size;
+    return Steps::sameOrFromByte(Steps::unlike(left, right, last) & ~Block::lanes(i - last), left, right, size, last);
 }
 
 template <class Block>
