@@ -5,6 +5,7 @@
 #include <boost/algorithm/string/predicate.hpp>
 
 #include <filesystem>
+#include <langinfo.h>
 #include <strings.h>
 
 /// Whether two paths are equal. All objects are there already; std::filesystem::path compares letters with their case
@@ -19,6 +20,7 @@ struct Other
     const char* row;
     Texts (*of)(const Texts& texts);
     bool isEqual;
+    bool isEqualByBytes;
     bool isAnswerOfBytes;
 };
 
@@ -52,11 +54,24 @@ Texts differentLate(const Texts& texts)
 }
 
 const Other others[] = {
-    {"path-equal", &same, true, true},
-    {"path-equal-other-case", &otherCase, true, false},
-    {"path-unequal-early", &differentEarly, false, true},
-    {"path-unequal-late", &differentLate, false, true},
+    {"path-equal", &same, true, true, true},
+    {"path-equal-other-case", &otherCase, true, false, false},
+    {"path-unequal-early", &differentEarly, false, false, true},
+    {"path-unequal-late", &differentLate, false, false, true},
 };
+
+bool sameForStrcasecmp(const std::string& left, const std::string& right)
+{
+    return strcasecmp(left.c_str(), right.c_str()) == 0;
+}
+
+/// The floor for texts that are not equal byte by byte: one pass over both, and one question to the C library about
+/// the current locale, which has to say what a letter and what a character is.
+bool sameAndAsked(const std::string& left, const std::string& right)
+{
+    benchmark::DoNotOptimize(nl_langinfo(CODESET));
+    return sameForStrcasecmp(left, right);
+}
 
 /// Measures isSame(left, right) with each text as an object of a type.
 template <class Object, class IsSame>
@@ -89,9 +104,9 @@ void registerCompare()
         contestant<std::string>("boost-iequals", other, [](const std::string& l, const std::string& r) {
             return boost::algorithm::iequals(l, r);
         });
-        contestant<std::string>("strcasecmp", other, [](const std::string& l, const std::string& r) {
-            return strcasecmp(l.c_str(), r.c_str()) == 0;
-        });
+        contestant<std::string>("strcasecmp", other, &sameForStrcasecmp);
+        if (!other.isEqualByBytes)
+            contestant<std::string>("strcasecmp-and-locale", other, &sameAndAsked);
         if (other.isAnswerOfBytes)
             contestant<std::filesystem::path>("std-path", other,
                                               [](const std::filesystem::path& l, const std::filesystem::path& r) {

@@ -3,6 +3,7 @@
 #include <zorvel/paths.h>
 
 #include <algorithm>
+#include <langinfo.h>
 #include <string.h>
 
 /// Separators: the last one of a path, and how fast 4096 bytes are gone through for them.
@@ -69,15 +70,32 @@ const char* withFindLastOf(const std::string& text)
 }
 
 template <class Find>
+void lastOfPaths(benchmark::State& state, const Texts& texts, Find find)
+{
+    const Texts paths = withBackslashes(texts);
+    for (const std::string& path : paths) {
+        if (!require(state, find(path) == ours(path)))
+            return;
+    }
+    overTexts(state, paths.size(), [&](std::size_t i) { return find(paths[i]); });
+}
+
+template <class Find>
 void lastOfPath(const char* contestant, Find find)
 {
-    inBothCodePages("last-separator", contestant, [find](benchmark::State& state, const Texts& texts) {
-        const Texts paths = withBackslashes(texts);
-        for (const std::string& path : paths) {
-            if (!require(state, find(path) == ours(path)))
-                return;
-        }
-        overTexts(state, paths.size(), [&](std::size_t i) { return find(paths[i]); });
+    inBothCodePages("last-separator", contestant,
+                    [find](benchmark::State& state, const Texts& texts) { lastOfPaths(state, texts, find); });
+}
+
+/// The floor in code page 932: one look for one separator, and one question which codeset it is. Without it nobody
+/// knows whether the byte behind one from 0x80 is a character.
+void lastOfPathByCodeset()
+{
+    const CodePage& page = codePages()[1];
+    inCodePage(page, "last-separator", "memrchr-and-codeset", [](benchmark::State& state, const Texts& texts) {
+        lastOfPaths(state, texts, [](const std::string& text) {
+            return strcmp(nl_langinfo(CODESET), "WINDOWS-31J") == 0 ? withMemrchr(text) : nullptr;
+        });
     });
 }
 
@@ -127,6 +145,7 @@ void everybody(Register add)
 void registerScan()
 {
     everybody([](const char* contestant, auto find) { lastOfPath(contestant, find); });
+    lastOfPathByCodeset();
     everybody([](const char* contestant, auto find) { throughLongText(contestant, find); });
     wash("zorvel", &zvWashPathSep);
     wash("std-replace", [](char* text) { std::replace(text, text + strlen(text), '/', '\\'); });

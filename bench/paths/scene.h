@@ -26,17 +26,23 @@ private:
     std::locale m_before;
 };
 
-/// Registers ROW-ascii/CONTESTANT and ROW-932/CONTESTANT: work(state, texts) in the locale of the texts.
+/// Registers ROW-SUFFIX/CONTESTANT: work(state, texts) in the locale of the code page's texts.
+template <class Work>
+void inCodePage(const CodePage& page, const std::string& row, const char* contestant, Work work)
+{
+    const std::string name = row + "-" + page.suffix + "/" + contestant;
+    benchmark::RegisterBenchmark(name.c_str(), [&page, work](benchmark::State& state) {
+        const LocaleScope scope(page.locale);
+        work(state, page.texts);
+    });
+}
+
+/// The same in ASCII and in code page 932.
 template <class Work>
 void inBothCodePages(const std::string& row, const char* contestant, Work work)
 {
-    for (const CodePage& page : codePages()) {
-        const std::string name = row + "-" + page.suffix + "/" + contestant;
-        benchmark::RegisterBenchmark(name.c_str(), [&page, work](benchmark::State& state) {
-            const LocaleScope scope(page.locale);
-            work(state, page.texts);
-        });
-    }
+    for (const CodePage& page : codePages())
+        inCodePage(page, row, contestant, work);
 }
 
 /// The loop that is measured: calls work(i) for one text after another and uses what it gives.
