@@ -4,6 +4,8 @@ from dataclasses import dataclass, field
 from . import figures
 
 OURS = "zorvel"
+# So much above its floor a row may be and still stand at it: less is not told apart from one run to the next.
+AT_FLOOR = 1.05
 
 
 @dataclass
@@ -27,9 +29,16 @@ class Outcome:
     ours: Figure = None
     peers: list = field(default_factory=list)
     floor: Figure = None
+    base: Figure = None
     ratio: float = None
     floor_ratio: float = None
+    base_ratio: float = None
     met: bool = None
+
+    @property
+    def is_at_floor(self):
+        """Whether nobody who keeps the promises is noticeably faster."""
+        return self.floor_ratio is not None and self.floor_ratio <= AT_FLOOR
 
 
 def turned_ratio(value, reference, better):
@@ -44,7 +53,8 @@ def turned_ratio(value, reference, better):
 def met(outcome):
     """Whether the row reaches all of its targets; None where it has none, False where one cannot be judged."""
     declared, verdicts = outcome.declared, []
-    for limit, ratio in (("target", outcome.ratio), ("floor_target", outcome.floor_ratio)):
+    for limit, ratio in (("target", outcome.ratio), ("floor_target", outcome.floor_ratio),
+                         ("base_target", outcome.base_ratio)):
         if declared.get(limit) is not None:
             verdicts.append(ratio is not None and ratio <= declared[limit])
     limit = declared.get("value_target")
@@ -62,11 +72,15 @@ def judge(declared, series):
             outcome.ours = figure
         elif figure.contestant == declared.get("floor"):
             outcome.floor = figure
+        elif figure.contestant == declared.get("base"):
+            outcome.base = figure
         else:
             outcome.peers.append(figure)
     outcome.peers.sort(key=lambda peer: peer.median, reverse=declared["better"] == "higher")
     if outcome.ours and outcome.peers:
         outcome.ratio = turned_ratio(outcome.ours.median, outcome.peers[0].median, declared["better"])
+    if outcome.ours and outcome.base:
+        outcome.base_ratio = turned_ratio(outcome.ours.median, outcome.base.median, declared["better"])
     if outcome.ours and outcome.floor:
         outcome.floor_ratio = turned_ratio(outcome.ours.median, outcome.floor.median, declared["better"])
     outcome.met = met(outcome)
@@ -80,6 +94,8 @@ def missing_parts(outcome):
         missing.append(OURS)
     if declared.get("floor") and outcome.floor is None:
         missing.append(declared["floor"])
+    if declared.get("base") and outcome.base is None:
+        missing.append(declared["base"])
     there = {peer.contestant for peer in outcome.peers}
     missing += [peer for peer in declared.get("peers", []) if peer not in there]
     if "peers" not in declared and not there:

@@ -22,8 +22,10 @@ def figure(one):
 
 def row(outcome):
     return {**outcome.declared, "zorvel": figure(outcome.ours), "measured peers": [figure(p) for p in outcome.peers],
-            "measured floor": figure(outcome.floor), "ratio": plain(outcome.ratio),
-            "ratio to the floor": plain(outcome.floor_ratio), "met": outcome.met}
+            "measured floor": figure(outcome.floor),
+            "measured base": figure(outcome.base), "ratio": plain(outcome.ratio),
+            "ratio to the floor": plain(outcome.floor_ratio), "met": outcome.met,
+            "at its floor": outcome.is_at_floor}
 
 
 def growth(declared, series):
@@ -41,9 +43,10 @@ def read(path):
     """(facts, outcomes, growths, complaints) as they were written; judged anew."""
     content = json.loads(path.read_text(encoding="utf-8"))
     outcomes, growths = [], []
-    measured = ("zorvel", "measured peers", "measured floor", "ratio", "ratio to the floor", "met")
+    measured = ("zorvel", "measured peers", "measured floor", "measured base", "ratio", "ratio to the floor", "met",
+                "at its floor")
     for entry in content.pop("rows"):
-        found = [f for f in [entry["zorvel"], entry["measured floor"], *entry["measured peers"]] if f]
+        found = [f for f in [entry["zorvel"], entry["measured floor"], entry["measured base"], *entry["measured peers"]] if f]
         declared = {key: value for key, value in entry.items() if key not in measured}
         outcomes.append(outcomes_of.judge(declared, [as_series(declared, f) for f in found]))
     for entry in content.pop("growths"):

@@ -43,7 +43,10 @@ class Declarations:
 
 
 def limits(entry):
-    """`target` is of the best peer; where there is none, of the floor; where there is neither, in the row's own unit."""
+    """`target` is of the row's base, where it names one. Else it is of the best peer; where there is none, of the floor;
+    where there is neither, in the row's own unit."""
+    if entry.get("base"):
+        return {"target": None, "base_target": entry.get("target")}
     if entry.get("peers") != [] or entry.get("target") is None:
         return {}
     return {"target": None, "floor_target" if entry.get("floor") else "value_target": entry["target"]}

@@ -6,7 +6,8 @@ from . import figures
 SYSTEMS = {"linux": "native", "windows": "under Wine"}
 HEAD = ["work", "zorvel", "peers, best first", "ratio", "spread", "floor", "× floor", "target", "met"]
 NOT_MEASURED = "NOT MEASURED"
-LIMITS = [("target", "{sign} {limit:.2f} × peer"), ("floor_target", "{sign} {limit:.2f} × floor")]
+LIMITS = [("target", "{sign} {limit:.2f} × peer"), ("floor_target", "{sign} {limit:.2f} × floor"),
+          ("base_target", "{sign} {limit:.2f} × {base}")]
 
 
 def one(figure, unit):
@@ -29,12 +30,18 @@ def spread(outcome):
 
 
 def target(declared):
-    texts = [pattern.format(sign="≤", limit=declared[limit])
+    texts = [pattern.format(sign="≤", limit=declared[limit], base=declared.get("base"))
              for limit, pattern in LIMITS if declared.get(limit) is not None]
     if declared.get("value_target") is not None:
         sign = "≥" if declared["better"] == "higher" else "≤"
         texts.append(f"{sign} {figures.with_unit(declared['value_target'], declared['unit'])}")
     return ", ".join(texts) or "–"
+
+
+def verdict(outcome):
+    if outcome.met is None:
+        return "–"
+    return "yes" if outcome.met else "floor" if outcome.is_at_floor else "NO"
 
 
 def cells(outcome):
@@ -44,7 +51,7 @@ def cells(outcome):
     more = " (more is better)" if declared["better"] == "higher" else ""
     return [declared["title"] + more, one(outcome.ours, unit), peers(outcome, unit), figures.ratio_text(outcome.ratio),
             spread(outcome), floor, figures.ratio_text(outcome.floor_ratio), target(declared),
-            {True: "yes", False: "NO", None: "–"}[outcome.met]]
+            verdict(outcome)]
 
 
 def settings(outcomes, told):
@@ -69,8 +76,11 @@ def groups(outcomes):
 def summary(outcomes):
     with_target = [o for o in outcomes if o.met is not None]
     with_peer = [o for o in outcomes if o.ratio is not None]
+    at_floor = sum(o.ratio > 1 and o.is_at_floor for o in with_peer)
+    excused = sum(not o.met and o.is_at_floor for o in with_target)
     return (f"{len(outcomes)} rows; at or ahead of the best peer in {sum(o.ratio <= 1 for o in with_peer)} of "
-            f"{len(with_peer)} that have peers; targets met in {sum(o.met for o in with_target)} of {len(with_target)}")
+            f"{len(with_peer)} that have peers, at the floor in {at_floor} more; targets met in "
+            f"{sum(o.met for o in with_target)} of {len(with_target)}, the floor reached in {excused} more")
 
 
 def markdown(outcomes):
@@ -79,15 +89,15 @@ def markdown(outcomes):
         lines.append(f"| **{heading}** |" + " |" * (len(HEAD) - 1))
         for outcome in members:
             texts = [text.replace("|", "\\|") for text in cells(outcome)]
-            if outcome.ratio is not None and outcome.ratio > 1:
+            if outcome.ratio is not None and outcome.ratio > 1 and not outcome.is_at_floor:
                 texts[3] = f"**{texts[3]}**"
-            if outcome.met is False:
+            if texts[8] == "NO":
                 texts[8] = "**no**"
             lines.append("| " + " | ".join(texts) + " |")
     return "\n".join(lines) + "\n"
 
 
-WIDTHS = [38, 12, 46, 6, 9, 24, 8, 14, 3]
+WIDTHS = [38, 12, 46, 6, 9, 24, 8, 14, 5]
 
 
 def terminal(outcomes):

@@ -134,6 +134,22 @@ class Outcomes(unittest.TestCase):
                                 samples("walk", "find", 9))
         self.assertEqual(([p.contestant for p in row.peers], row.floor_ratio, row.met), (["find"], 1.02, True))
 
+    def test_a_target_of_something_else_than_the_floor(self):
+        entry = {**ROW, "target": 1.03, "floor": "bare", "base": "pause", "peers": []}
+        (row,), _, complaints = compared([entry], samples("walk", "zorvel", 106), samples("walk", "bare", 104),
+                                         samples("walk", "pause", 100))
+        self.assertEqual((row.base_ratio, row.met, row.peers, complaints), (1.06, False, [], []))
+        _, _, complaints = compared([entry], samples("walk", "zorvel", 106), samples("walk", "bare", 104))
+        self.assertEqual(len(complaints), 1)
+
+    def test_who_misses_the_target_may_still_be_at_the_floor(self):
+        entry = {**ROW, "floor": "bare"}
+        for ours, verdict in ((100, "yes"), (101, "floor"), (84, "yes"), (105, "floor"), (106, "NO")):
+            (row,), _, _ = compared([entry], samples("walk", "zorvel", ours), samples("walk", "bare", 100),
+                                    samples("walk", "find", 100))
+            self.assertEqual(table.verdict(row), verdict, ours)
+        self.assertIn("in 0 of 1 that have peers, at the floor in 0 more", table.summary([row]))
+
     def test_a_target_in_the_rows_own_unit(self):
         entry = {**ROW, "target": None, "value_target": 0.9, "better": "higher", "peers": []}
         (row,), _, _ = compared([entry], samples("walk", "zorvel", 0.89))
@@ -170,11 +186,13 @@ class Outcomes(unittest.TestCase):
 class Written(unittest.TestCase):
     ENTRIES = [ROW, {**ROW, "row": "c-handover-median", "title": "8 contenders: handover, median"},
                {**ROW, "row": "c-fairness", "title": "8 contenders: fairness", "unit": "", "better": "higher"},
+               {**ROW, "row": "lock", "floor": "bare", "base": "pause", "peers": []},
                {"growth": "walk", "title": "Walk", "x": "files", "unit": "ms"}]
 
     def outcomes(self):
         found = [samples(row, who, value, unit=unit) for row, unit in (("walk", "ms"), ("c-handover-median", "ms"),
                  ("c-fairness", "")) for who, value in (("zorvel", 1), ("find", 0))]
+        found += [samples("lock", who, value) for who, value in (("zorvel", 3), ("bare", 2), ("pause", 1))]
         found += [{"growth": "walk", "contestant": who, "x": x, "unit": "ms", "samples": [x]}
                   for who in ("zorvel", "<find>") for x in (10, 1000)]
         return compared(self.ENTRIES, *found)
