@@ -3,6 +3,8 @@
 #include "platform/codepage.h"
 #include "platform/posix/native_path.h"
 
+#include <algorithm>
+#include <cstdint>
 #include <cstring>
 
 #include <unistd.h>
@@ -59,14 +61,10 @@ public:
     {
         if ((separator || m_length == 0) && !append("", 0))
             return false;
-        m_text[m_length] = '\0';
-        for (char* p = m_text; *p != '\0'; ++p) {
-            if (*p == '/')
-                *p = '\\';
-        }
         if (m_length >= size)
             return false;
-        std::memcpy(out, m_text, m_length + 1);
+        posix::copyInLibraryForm(m_text, m_length, out);
+        out[m_length] = '\0';
         return true;
     }
 
@@ -91,43 +89,76 @@ private:
     std::size_t m_length;
 };
 
-/// Whether an absolute native path has neither "." nor ".." among its names, nor
-/// empty ones but behind the last separator. Names that begin with '.' are left
-/// to the way that looks at each.
-bool isPlain(const char* native)
+bool isSeparator(char byte)
 {
-    if (native[0] != '/')
-        return false;
-    for (const char* p = native; p != nullptr; p = std::strchr(p + 1, '/')) {
-        if (p[1] == '/' || p[1] == '.')
+    return (byte == '/') | (byte == '\\');
+}
+
+/// Whether a byte is not of ASCII, or a separator before another or before '.'.
+bool isFlaw(char byte, char next)
+{
+    return (static_cast<unsigned char>(byte) >= 0x80) | (isSeparator(byte) & (isSeparator(next) | (next == '.')));
+}
+
+const std::size_t blockSize = 16;
+
+/// The loop has no way out before its end, so the compiler makes a few
+/// instructions of it.
+bool isPlainBlock(const char* text)
+{
+    char block[blockSize];
+    char next[blockSize];
+    std::memcpy(block, text, blockSize);
+    std::memcpy(next, text + 1, blockSize);
+    for (std::size_t i = 0; i < blockSize; ++i)
+        block[i] = isFlaw(block[i], next[i]) ? 1 : 0;
+    std::uint64_t flaws[2];
+    std::memcpy(flaws, block, blockSize);
+    return (flaws[0] | flaws[1]) == 0;
+}
+
+bool isPlainBytes(const char* text, std::size_t length)
+{
+    for (std::size_t i = 0; i < length; ++i) {
+        if (isFlaw(text[i], text[i + 1]))
             return false;
     }
     return true;
 }
 
-/// Copies a native path in the library's form if it fits.
-bool write(const char* native, char* out, std::size_t size)
+/// Whether a path is absolute and has neither "." nor ".." among its names, nor
+/// empty ones but behind the last separator. Names that begin with '.', and
+/// bytes that may be half of a character, are left to the way that looks at
+/// each. The last block is taken by its end, with the terminator behind it.
+bool isPlain(const char* path, std::size_t length)
 {
-    const std::size_t length = std::strlen(native);
-    if (length >= size)
+    if (!isSeparator(path[0]))
         return false;
-    for (std::size_t i = 0; i <= length; ++i)
-        out[i] = native[i] == '/' ? '\\' : native[i];
+    if (length < blockSize)
+        return isPlainBytes(path, length);
+    for (std::size_t i = 0; i < length; i += blockSize) {
+        if (!isPlainBlock(path + std::min(i, length - blockSize)))
+            return false;
+    }
     return true;
 }
 
-}  // namespace
-
-bool fullPath(const char* in, char* out, std::size_t size)
+/// A plain path is its own full one.
+bool writePlain(const char* path, std::size_t length, char* out, std::size_t size)
 {
-    if (in == nullptr || out == nullptr || size == 0)
+    if (length >= size)
         return false;
+    posix::copyInLibraryForm(path, length, out);
+    out[length] = '\0';
+    return true;
+}
+
+bool writeFull(const char* in, char* out, std::size_t size)
+{
     const posix::NativePath native(in);
     const char* name = native.c_str();
     if (*in != '\0' && *name == '\0')
         return false;
-    if (isPlain(name))
-        return write(name, out, size);
     AbsolutePath path;
     if (*name != '/' && !path.startAtCurrentDirectory())
         return false;
@@ -138,6 +169,18 @@ bool fullPath(const char* in, char* out, std::size_t size)
             return false;
     }
     return path.finish(*native.c_str() != '\0' && name[-1] == '/', out, size);
+}
+
+}  // namespace
+
+bool fullPath(const char* in, char* out, std::size_t size)
+{
+    if (in == nullptr || out == nullptr || size == 0)
+        return false;
+    const std::size_t length = strnlen(in, PATH_MAX);
+    if (length < PATH_MAX && isPlain(in, length))
+        return writePlain(in, length, out, size);
+    return writeFull(in, out, size);
 }
 
 }  // namespace platform

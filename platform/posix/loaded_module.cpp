@@ -15,32 +15,28 @@ namespace platform {
 namespace posix {
 namespace {
 
-bool exists(const std::string& path)
+bool exists(const char* path)
 {
     struct stat status;
-    return ::lstat(path.c_str(), &status) == 0;
+    return ::lstat(path, &status) == 0;
 }
 
-/// The system marks the path of a file that was removed while it is in use.
-std::string withoutRemovalMark(const std::string& path)
-{
-    static const char mark[] = " (deleted)";
-    const std::size_t length = sizeof mark - 1;
-    const bool isMarked = path.size() > length && path.compare(path.size() - length, length, mark) == 0;
-    return isMarked && !exists(path) ? path.substr(0, path.size() - length) : path;
-}
+/// What the system puts behind the path of a file that was removed while it is
+/// in use.
+const char removalMark[] = " (deleted)";
+const std::size_t removalMarkLength = sizeof removalMark - 1;
 
-std::string pathOfExecutable()
+/// A file may really be called so.
+std::size_t lengthWithoutMark(const char* path, std::size_t length)
 {
-    char text[PATH_MAX];
-    const ssize_t length = ::readlink("/proc/self/exe", text, sizeof text);
-    if (length <= 0 || length == ssize_t(sizeof text))
-        return std::string();
-    return withoutRemovalMark(std::string(text, static_cast<std::size_t>(length)));
+    if (length <= removalMarkLength)
+        return length;
+    const char* const mark = path + length - removalMarkLength;
+    return std::strcmp(mark, removalMark) == 0 && !exists(path) ? length - removalMarkLength : length;
 }
 
 /// The file that is mapped at an address, as the kernel knows it.
-std::string pathOfMapping(const void* address)
+std::string fileOfMapping(const void* address)
 {
     const unsigned long wanted = reinterpret_cast<unsigned long>(address);
     std::ifstream mappings("/proc/self/maps");
@@ -50,18 +46,9 @@ std::string pathOfMapping(const void* address)
         if (*behindFirst != '-' || wanted < first || wanted >= std::strtoul(behindFirst + 1, nullptr, 16))
             continue;
         const std::size_t path = line.find('/');
-        return path == std::string::npos ? std::string() : withoutRemovalMark(line.substr(path));
+        return path == std::string::npos ? std::string() : line.substr(path);
     }
     return std::string();
-}
-
-/// The loader keeps the name that a module was loaded by. A relative one meant
-/// something in the directory that was current then. The executable has none.
-std::string pathOfName(const char* name, const void* base)
-{
-    if (!name[0])
-        return pathOfExecutable();
-    return name[0] == '/' ? name : pathOfMapping(base);
 }
 
 /// The page in which a segment begins.
@@ -72,6 +59,42 @@ ElfW(Addr) beginOf(const ElfW(Phdr) & segment)
 }
 
 }  // namespace
+
+bool isOfKernel(const void* base)
+{
+    static const unsigned long kernels = ::getauxval(AT_SYSINFO_EHDR);
+    return reinterpret_cast<unsigned long>(base) == kernels;
+}
+
+/// The loader keeps the name that a module was loaded by. A relative one meant
+/// something in the directory that was current then. The executable has none.
+ModulePath::ModulePath(const char* name, const void* base) : m_text(name), m_length(0)
+{
+    if (!name[0])
+        takeExecutable();
+    else if (name[0] == '/')
+        m_length = std::strlen(name);
+    else
+        takeMapping(base);
+}
+
+void ModulePath::takeExecutable()
+{
+    const ssize_t length = ::readlink("/proc/self/exe", m_executable, sizeof m_executable);
+    m_length = length <= 0 || length == ssize_t(sizeof m_executable) ? 0 : static_cast<std::size_t>(length);
+    m_executable[m_length] = '\0';
+    m_length = lengthWithoutMark(m_executable, m_length);
+    m_executable[m_length] = '\0';
+    m_text = m_executable;
+}
+
+void ModulePath::takeMapping(const void* address)
+{
+    m_mapping = fileOfMapping(address);
+    m_mapping.resize(lengthWithoutMark(m_mapping.c_str(), m_mapping.size()));
+    m_text = m_mapping.c_str();
+    m_length = m_mapping.size();
+}
 
 void* LoadedModule::base() const
 {
@@ -106,12 +129,6 @@ bool LoadedModule::isMeantBy(const void* handle) const
     return ::_dl_find_object(base(), &found) == 0 && found.dlfo_link_map == handle;
 }
 
-bool LoadedModule::isOfKernel() const
-{
-    static const unsigned long kernels = ::getauxval(AT_SYSINFO_EHDR);
-    return reinterpret_cast<unsigned long>(base()) == kernels;
-}
-
 /// The loader may have lists of modules that know nothing of each other; each
 /// begins with the module that this one is the first of.
 const link_map* LoadedModule::findByBase(const void* address) const
@@ -124,16 +141,6 @@ const link_map* LoadedModule::findByBase(const void* address) const
         first = first->l_prev;
     const bool isOurs = first && first->l_addr == m_info.dlpi_addr && first->l_name == m_info.dlpi_name;
     return isOurs ? found.dlfo_link_map : nullptr;
-}
-
-std::string LoadedModule::path() const
-{
-    return pathOfName(m_info.dlpi_name, base());
-}
-
-std::string LoadedModule::pathOf(const link_map& module, const void* base)
-{
-    return pathOfName(module.l_name, base);
 }
 
 }  // namespace posix

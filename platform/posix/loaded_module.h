@@ -1,12 +1,42 @@
 #pragma once
 
-#include <link.h>
-
 #include <string>
+
+#include <limits.h>
+#include <link.h>
 
 namespace zorvel {
 namespace platform {
 namespace posix {
+
+/// The full path of a module's file in the system's form; empty when it cannot
+/// be found out. Allocates only for a module that was loaded by a relative name.
+class ModulePath
+{
+public:
+    /// From the name that the loader keeps, which has to stay as long as this,
+    /// and where the module begins in memory.
+    ModulePath(const char* name, const void* base);
+
+    ModulePath(const ModulePath&) = delete;
+    ModulePath& operator=(const ModulePath&) = delete;
+
+    /// Terminated.
+    const char* text() const { return m_text; }
+    std::size_t length() const { return m_length; }
+
+private:
+    void takeExecutable();
+    void takeMapping(const void* address);
+
+    const char* m_text;
+    std::size_t m_length;
+    char m_executable[PATH_MAX];
+    std::string m_mapping;
+};
+
+/// Whether the kernel's own module, which lies in no file, begins there.
+bool isOfKernel(const void* base);
 
 /// A module as the dynamic loader shows it, inside a callback of
 /// dl_iterate_phdr: while that runs no module goes.
@@ -23,18 +53,11 @@ public:
     /// long as the callback runs.
     const link_map* findByBase(const void* address) const;
 
-    /// The path of such a module, as path() gives it.
-    static std::string pathOf(const link_map& module, const void* base);
-
     /// Whether a handle means it: an address in it, or what dlopen() gave.
     bool isMeantBy(const void* handle) const;
 
-    /// The kernel's own module, which lies in no file.
-    bool isOfKernel() const;
-
-    /// The full path of its file in the system's form; empty when it cannot be
-    /// found out.
-    std::string path() const;
+    /// The name that the loader keeps.
+    const char* name() const { return m_info.dlpi_name; }
 
 private:
     bool holds(const void* address) const;

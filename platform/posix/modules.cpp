@@ -2,7 +2,10 @@
 
 #include "platform/codepage.h"
 #include "platform/posix/loaded_module.h"
+#include "platform/posix/native_path.h"
 #include "platform/posix/wildcard.h"
+
+#include <cstring>
 
 #include <errno.h>
 
@@ -11,6 +14,7 @@ namespace platform {
 namespace {
 
 using posix::LoadedModule;
+using posix::ModulePath;
 
 struct Listing
 {
@@ -22,70 +26,83 @@ struct Listing
 int addToListing(dl_phdr_info* info, std::size_t, void* data)
 {
     Listing& listing = *static_cast<Listing*>(data);
-    const LoadedModule module(*info);
-    if (module.isOfKernel())
+    void* const base = LoadedModule(*info).base();
+    if (posix::isOfKernel(base))
         return 0;
     if (listing.found < listing.room)
-        listing.modules[listing.found] = module.base();
+        listing.modules[listing.found] = base;
     ++listing.found;
     return 0;
 }
 
 struct Search
 {
+    Search(const void* wanted, char* to, std::uint32_t room) : module(wanted), buffer(to), size(room) {}
+
     const void* module;
-    std::string path;
-    int code;
-    bool isFirst;
+    char* buffer;
+    std::uint32_t size;
+    std::uint32_t written = 0;  ///< the length of the path, once it is in the buffer
+    std::string rest;           ///< else the path as the system has it
+    int code = ENOENT;
+    bool isFirst = true;
 };
 
+/// Writes a path at once where that takes no look at its characters: this runs
+/// while the loader waits, and the C library may have to load a module of its
+/// own to tell them apart.
+void take(const ModulePath& path, Search& search)
+{
+    search.code = path.length() == 0 ? ENOENT : 0;
+    if (path.length() >= search.size || std::memchr(path.text(), '\\', path.length())) {
+        search.rest.assign(path.text(), path.length());
+        return;
+    }
+    posix::copyInLibraryForm(path.text(), path.length(), search.buffer);
+    search.buffer[path.length()] = '\0';
+    search.written = static_cast<std::uint32_t>(path.length());
+}
+
+/// Writes a native path in the library's form, if it can be read back then: not
+/// with '\' in a name.
+std::uint32_t writeRest(const Search& search)
+{
+    if (!posix::isReachable(search.rest.c_str()))
+        return 0;
+    const bool fits = search.rest.size() < search.size;
+    const std::size_t length = fits ? search.rest.size() : wholeCharacters(search.rest.c_str(), search.size - 1);
+    posix::copyInLibraryForm(search.rest.c_str(), length, search.buffer);
+    search.buffer[length] = '\0';
+    return fits ? static_cast<std::uint32_t>(length) : search.size;
+}
+
 /// Whether a module that the loader shows is the one that is looked for, or
-/// leads to it at once, as the first may; its path.
+/// leads to it at once, as the first may; then its path is taken.
 bool takePath(const LoadedModule& module, Search& search)
 {
     const link_map* const wanted = search.module && search.isFirst ? module.findByBase(search.module) : nullptr;
     search.isFirst = false;
     if (wanted)
-        search.path = LoadedModule::pathOf(*wanted, search.module);
+        take(ModulePath(wanted->l_name, search.module), search);
     // The loader begins with the executable, which null means.
     else if (!search.module || module.isMeantBy(search.module))
-        search.path = module.path();
+        take(ModulePath(module.name(), module.base()), search);
     else
         return false;
     return true;
 }
 
-/// Exceptions may not pass the loader, which calls this.
+/// The path is taken while the loader waits: the name that it keeps goes with the
+/// module. Exceptions may not pass the loader, which calls this.
 int findModule(dl_phdr_info* info, std::size_t, void* data)
 {
     Search& search = *static_cast<Search*>(data);
     try {
-        if (!takePath(LoadedModule(*info), search))
-            return 0;
-        search.code = 0;
+        return takePath(LoadedModule(*info), search) ? 1 : 0;
     } catch (...) {
         search.code = ENOMEM;
     }
     return 1;
-}
-
-/// Whether a native path can be written in the library's form and read back:
-/// not with '\' in a name.
-bool canBeWritten(const std::string& native)
-{
-    const bool holdsBackslash = native.find('\\') != std::string::npos;
-    return !native.empty() && (!holdsBackslash || posix::isReachable(native.c_str()));
-}
-
-/// Writes a native path in the library's form. '/' stands inside no character.
-std::uint32_t writePath(const std::string& native, char* buffer, std::uint32_t size)
-{
-    const bool fits = native.size() < size;
-    const std::size_t length = fits ? native.size() : wholeCharacters(native.c_str(), size - 1);
-    for (std::size_t i = 0; i < length; ++i)
-        buffer[i] = native[i] == '/' ? '\\' : native[i];
-    buffer[length] = '\0';
-    return fits ? static_cast<std::uint32_t>(length) : size;
 }
 
 }  // namespace
@@ -106,15 +123,16 @@ bool listModules(void*, void** modules, std::uint32_t size, std::uint32_t& neede
 
 std::uint32_t moduleFileName(void* module, char* buffer, std::uint32_t size)
 {
-    Search search = {module, std::string(), ENOENT, true};
+    Search search(module, buffer, size);
     if (size != 0)
         ::dl_iterate_phdr(&findModule, &search);
-    if (search.code == 0 && !canBeWritten(search.path))
-        search.code = ENOENT;
-    if (search.code == 0)
-        return writePath(search.path, buffer, size);
-    errno = search.code;
-    return 0;
+    if (search.code == 0 && search.written == 0) {
+        search.written = writeRest(search);
+        search.code = search.written == 0 ? ENOENT : 0;
+    }
+    if (search.code != 0)
+        errno = search.code;
+    return search.written;
 }
 
 std::uint32_t moduleFileName(void*, void* module, char* buffer, std::uint32_t size)

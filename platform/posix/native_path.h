@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+
 #include <limits.h>
 
 namespace zorvel {
@@ -28,6 +30,10 @@ private:
     bool m_isNull;
     char m_text[PATH_MAX];
 };
+
+/// Copies bytes of a path with '\' in the place of '/', which is part of no other
+/// character. No terminator is added. Both may be the same text.
+void copyInLibraryForm(const char* path, std::size_t length, char* to);
 
 }  // namespace posix
 }  // namespace platform

@@ -82,6 +82,38 @@ TEST(FullPath, AbsoluteInput)
     EXPECT_EQ("\\a...\\ b ", absolute("\\a...\\ b "));
 }
 
+/// Bytes are looked at in blocks: what has to go is found in each place of each length.
+TEST(FullPath, DotsAndDoubledSeparatorsWhereverTheyStand)
+{
+    for (std::size_t length = 4; length < 70; ++length) {
+        for (std::size_t place = 1; place + 3 < length; ++place) {
+            const std::string before = "\\" + std::string(place, 'x');
+            const std::string after(length - place - 3, 'y');
+            ASSERT_EQ(before + "\\" + after, absolute((before + "\\./" + after).c_str()));
+            ASSERT_EQ(before + "\\" + after, absolute((before + "/\\/" + after).c_str()));
+            ASSERT_EQ(before + "\\.a" + after, absolute((before + "/.a" + after).c_str()));
+            ASSERT_EQ(before + "x..\\" + after, absolute((before + "x../" + after).c_str()));
+        }
+    }
+}
+
+TEST(FullPath, ThePathItselfMayBeOverwritten)
+{
+    for (std::size_t length = 1; length < 70; ++length) {
+        std::string path = "/" + std::string(length, 'x') + "/z";
+        ASSERT_TRUE(fullPath(path.c_str(), &path[0], path.size() + 1));
+        ASSERT_EQ("\\" + std::string(length, 'x') + "\\z", path);
+    }
+}
+
+TEST(FullPath, HalfOfACharacterIsNoSeparator)
+{
+    const LocaleScope locale("ja_JP.SHIFT_JIS");
+    ASSERT_TRUE(locale.installed());
+    EXPECT_EQ("\\a\x95\x5C.b\\a name that is longer", absolute("/a\x95\x5C.b/a name that is longer"));
+    EXPECT_EQ("\\a\x95\x5C\\b", absolute("/a\x95\x5C//b"));
+}
+
 TEST(FullPath, RelativeInput)
 {
     const WorkingDirectory here("/usr/lib");
