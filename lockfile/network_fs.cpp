@@ -96,8 +96,7 @@ const long doubtPauseMsec = 10;
 
 bool isDoubtful(std::int64_t time)
 {
-    static const ptime epoch(boost::gregorian::date(1970, 1, 1));
-    const std::int64_t now = (platform::universalTime() - epoch).total_microseconds() / 1000000;
+    const std::int64_t now = platform::universalSeconds();
     return time < now - secondsWithoutDoubt || time > now + secondsWithoutDoubt;
 }
 

@@ -6,6 +6,8 @@
 #include <boost/date_time/posix_time/posix_time.hpp>
 #include <boost/thread/thread.hpp>
 
+#include <ctime>
+
 namespace zorvel {
 namespace platform {
 
@@ -17,6 +19,11 @@ boost::posix_time::ptime localTime()
 boost::posix_time::ptime universalTime()
 {
     return boost::posix_time::microsec_clock::universal_time();
+}
+
+std::int64_t universalSeconds()
+{
+    return std::time(nullptr);
 }
 
 /// A thread that cannot be interrupted (one that Boost did not start, for one)

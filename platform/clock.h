@@ -2,7 +2,9 @@
 
 #include <boost/date_time/posix_time/posix_time_types.hpp>
 
-/// Time, as everything above the seam sees it. The four functions share an
+#include <cstdint>
+
+/// Time, as everything above the seam sees it. They share an
 /// object file of their own, so that a test program can link a clock that
 /// moves only when the test says so.
 namespace zorvel {
@@ -15,6 +17,10 @@ boost::posix_time::ptime localTime();
 
 /// The universal wall clock, in microseconds.
 boost::posix_time::ptime universalTime();
+
+/// The same in whole seconds since 1970-01-01, read at a fraction of the cost; it
+/// may be behind by a tick of the system.
+std::int64_t universalSeconds();
 
 /// Suspends the calling thread for a number of milliseconds (none for zero or
 /// less). An interruption point of Boost.Thread, also for zero:

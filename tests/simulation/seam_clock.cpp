@@ -20,6 +20,12 @@ boost::posix_time::ptime universalTime()
     return localTime();
 }
 
+std::int64_t universalSeconds()
+{
+    static const boost::posix_time::ptime epoch(boost::gregorian::date(1970, 1, 1));
+    return (universalTime() - epoch).total_seconds();
+}
+
 void sleepFor(long milliseconds)
 {
     sim::Process::current()->sleep(milliseconds * sim::millisecond);

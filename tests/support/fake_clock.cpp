@@ -174,6 +174,12 @@ boost::posix_time::ptime universalTime()
     return clock.local + clock.universalOffset;
 }
 
+std::int64_t universalSeconds()
+{
+    static const boost::posix_time::ptime epoch(boost::gregorian::date(1970, 1, 1));
+    return (universalTime() - epoch).total_seconds();
+}
+
 void sleepFor(long milliseconds)
 {
     boost::this_thread::interruption_point();

@@ -8,7 +8,7 @@
 namespace zorvel {
 namespace test {
 
-/// Time that moves only when a test says so. fake_clock.cpp defines the three
+/// Time that moves only when a test says so. fake_clock.cpp defines the
 /// functions of platform/clock.h: a test program that lists it among its own
 /// sources has this clock everywhere in the library.
 ///
