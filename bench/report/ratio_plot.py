@@ -1,14 +1,12 @@
 """Ours over the best peer's, of all rows: bars on a logarithmic axis from 1."""
+import math
+
 from . import axis, figures, svg, table
 
-WIDTH, ROW, HEADING, TOP = 960, 20, 30, 74
-TITLE_CHARACTERS = 64
+# The titles stand left of the bars and take what the longest one needs.
+BARS, ROW, HEADING, TOP = 420, 20, 30, 74
 # What is written at the end of a bar.
 FIGURE = 48
-
-
-def shortened(title):
-    return title if len(title) <= TITLE_CHARACTERS else title[:TITLE_CHARACTERS - 1] + "…"
 
 
 def limits(ratios):
@@ -28,7 +26,7 @@ def draw_axis(drawing, scale, bottom):
 def draw_bar(drawing, scale, outcome, y):
     start, end = sorted((scale(1.0), scale(outcome.ratio)))
     behind = outcome.ratio > 1
-    drawing.text(scale.start - FIGURE, y + 14, shortened(outcome.declared["title"]), anchor="end")
+    drawing.text(scale.start - FIGURE, y + 14, outcome.declared["title"], anchor="end")
     drawing.bar(start, y + 4, end - start, 12, "c1" if behind else "c0")
     text = figures.ratio_text(outcome.ratio)
     drawing.text(end + 6 if behind else start - 6, y + 14, text, "ink", 11, "start" if behind else "end", behind)
@@ -41,11 +39,12 @@ def draw(outcomes):
         return None
     parts = list(table.groups(outcomes))
     bottom = TOP + len(outcomes) * ROW + len(parts) * HEADING
-    drawing = svg.Drawing(WIDTH, bottom + 16, "zorvel's cost over the best peer's")
+    gutter = 24 + max(svg.width_of(o.declared["title"]) for o in outcomes)
+    start = gutter + FIGURE
+    drawing = svg.Drawing(math.ceil(start + BARS + FIGURE), bottom + 16, "zorvel's cost over the best peer's")
     drawing.text(16, 28, "zorvel's cost over the best peer's", size=17, strong=True)
     drawing.text(16, 48, "left of 1: less than every peer; right of 1: more than one of them", "dim")
-    gutter = 24 + max(svg.width_of(shortened(o.declared["title"])) for o in outcomes)
-    scale = axis.Axis(*limits([o.ratio for o in outcomes]), gutter + FIGURE, WIDTH - FIGURE, True)
+    scale = axis.Axis(*limits([o.ratio for o in outcomes]), start, start + BARS, True)
     draw_axis(drawing, scale, bottom)
     y = TOP
     for heading, members in parts:

@@ -6,7 +6,7 @@ import tempfile
 import unittest
 import xml.dom.minidom
 
-from report import axis, figures, names, outcome, plots, publish, raw, results, rows, table
+from report import axis, figures, names, outcome, plots, publish, ratio_plot, raw, results, rows, svg, table
 
 ROW = {"row": "walk", "title": "walk", "unit": "ms", "target": 1.0}
 
@@ -214,6 +214,13 @@ class Written(unittest.TestCase):
             xml.dom.minidom.parseString(text)
             self.assertIn("prefers-color-scheme:dark", text)
             self.assertEqual(re.findall(r'(?:fill|stroke)="#', text), [])
+
+    def test_a_title_stands_whole_and_inside_the_plot_however_long(self):
+        title = "what is measured, and where and how, " * 4
+        outcomes, _, _ = compared([{**ROW, "title": title}], samples("walk", "zorvel", 1), samples("walk", "find", 2))
+        drawn = ratio_plot.draw(outcomes)
+        place = re.search(rf'<text x="([0-9.]+)"[^>]*text-anchor="end">{title}<', drawn)
+        self.assertGreaterEqual(float(place.group(1)), svg.width_of(title))
 
     def test_only_what_stands_between_the_markers_is_replaced(self):
         page = "a\n<!-- x -->\nold\n<!-- /x -->\nb\n"
