@@ -45,5 +45,11 @@ bool sleepUnlessCalled(WakeUp& wakeUp, long milliseconds)
     return !wakeUp.isCalled();
 }
 
+bool sleepExactlyUnlessCalled(WakeUp& wakeUp, long microseconds)
+{
+    wakeUp.waitExactly(microseconds);
+    return !wakeUp.isCalled();
+}
+
 }  // namespace platform
 }  // namespace zorvel

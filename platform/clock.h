@@ -33,5 +33,10 @@ void sleepFor(long milliseconds);
 /// noticed or not.
 bool sleepUnlessCalled(WakeUp& wakeUp, long milliseconds);
 
+/// The same for so many microseconds, and as exactly as the system can. Where it
+/// waits by milliseconds only, a part of one does not count: whoever has a
+/// deadline asks the clock again.
+bool sleepExactlyUnlessCalled(WakeUp& wakeUp, long microseconds);
+
 }  // namespace platform
 }  // namespace zorvel

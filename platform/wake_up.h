@@ -26,7 +26,13 @@ public:
     /// after it. A wait may end early. No interruption point of Boost.Thread.
     void wait(long milliseconds);
 
+    /// The same for so many microseconds, as exactly as the system keeps them.
+    /// Where that is not to the microsecond a part of a millisecond is no wait.
+    void waitExactly(long microseconds);
+
 private:
+    void waitFor(const boost::posix_time::time_duration& duration);
+
     boost::mutex m_mutex;
     boost::condition_variable m_called;
     std::atomic<bool> m_isCalled;

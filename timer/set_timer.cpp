@@ -97,13 +97,25 @@ long waitMsec(const time_duration& remaining)
     return static_cast<long>(std::min<boost::int64_t>(remaining.total_microseconds() / 1000, longestWaitMsec));
 }
 
+/// A sleep of which every microsecond counts. The end of a longer one is one too:
+/// the sleep before it is cut to whole milliseconds, so that nobody who cancels a
+/// timer early pays for an exact one.
+const boost::int64_t longestExactMicrosec = 100000;
+
+bool sleepSome(const time_duration& remaining, platform::WakeUp& wakeUp)
+{
+    if (remaining.is_special() || remaining.total_microseconds() > longestExactMicrosec)
+        return platform::sleepUnlessCalled(wakeUp, waitMsec(remaining));
+    return platform::sleepExactlyUnlessCalled(wakeUp, static_cast<long>(remaining.total_microseconds()));
+}
+
 /// The deadline is tested after every wait: one that ended early, or a clock
 /// that moved, only leads to a further wait. False when the timer is cancelled.
 bool sleepUntil(const ptime& deadline, platform::WakeUp& wakeUp)
 {
     boost::this_thread::interruption_point();
     for (ptime now = platform::localTime(); now < deadline; now = platform::localTime()) {
-        if (!platform::sleepUnlessCalled(wakeUp, waitMsec(deadline - now)))
+        if (!sleepSome(deadline - now, wakeUp))
             return false;
     }
     return true;

@@ -47,6 +47,7 @@ set(zorvel_seam_files
 set(zorvel_seam_services
   sleepFor=8sleepForEl
   sleepUnlessCalled=17sleepUnlessCalledERNS0_6WakeUpEl
+  sleepExactlyUnlessCalled=24sleepExactlyUnlessCalledERNS0_6WakeUpEl
   userLanguage=12userLanguageB5cxx11Ev
   fromCodePage932=15fromCodePage932EPKcR${string}
   loadLibrary=11loadLibraryEPKc

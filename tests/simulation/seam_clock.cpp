@@ -37,6 +37,11 @@ bool sleepUnlessCalled(WakeUp& wakeUp, long milliseconds)
     return !wakeUp.isCalled();
 }
 
+bool sleepExactlyUnlessCalled(WakeUp& wakeUp, long microseconds)
+{
+    return sleepUnlessCalled(wakeUp, microseconds / 1000);
+}
+
 unsigned long processId()
 {
     const sim::Process* const process = sim::Process::current();

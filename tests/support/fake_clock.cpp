@@ -193,5 +193,11 @@ bool sleepUnlessCalled(WakeUp& wakeUp, long milliseconds)
     return !wakeUp.isCalled();
 }
 
+/// As of a system that waits by milliseconds only.
+bool sleepExactlyUnlessCalled(WakeUp& wakeUp, long microseconds)
+{
+    return sleepUnlessCalled(wakeUp, microseconds / 1000);
+}
+
 }  // namespace platform
 }  // namespace zorvel

@@ -141,6 +141,12 @@ ZORVEL_SEAM(sleepUnlessCalled, bool, WakeUp& wakeUp, long)
     return !wakeUp.isCalled();
 }
 
+ZORVEL_SEAM(sleepExactlyUnlessCalled, bool, WakeUp& wakeUp, long)
+{
+    boost::this_thread::sleep(boost::posix_time::hours(1));
+    return !wakeUp.isCalled();
+}
+
 ZORVEL_SEAM(userLanguage, std::string, void)
 {
     return seam::calledOrEmpty<std::string>(seam::userLanguage, [] { return real_userLanguage(); });

@@ -7,16 +7,27 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <fstream>
+#include <string>
 #include <thread>
 
 namespace {
 
+using zorvel::platform::sleepExactlyUnlessCalled;
 using zorvel::platform::sleepUnlessCalled;
 using zorvel::platform::WakeUp;
 typedef std::chrono::steady_clock Clock;
 
 const long shortMsec = 30;
 const long foreverMsec = 60 * 60 * 1000;
+
+/// How much later the system may end a wait of the first thread, which runs the tests.
+std::string nanosecondsOfSlack()
+{
+    std::string slack;
+    std::ifstream("/proc/self/timerslack_ns") >> slack;
+    return slack;
+}
 
 TEST(WakeUp, WithoutACallASleepLasts)
 {
@@ -27,9 +38,45 @@ TEST(WakeUp, WithoutACallASleepLasts)
     EXPECT_LT(Clock::now() - begin, std::chrono::minutes(1));
 }
 
+TEST(WakeUp, WithoutACallAnExactSleepLastsToo)
+{
+    WakeUp wakeUp;
+    const std::chrono::microseconds whole(30500);
+    std::chrono::microseconds rest = whole;
+    const Clock::time_point begin = Clock::now();
+    while (rest.count() > 0) {
+        EXPECT_TRUE(sleepExactlyUnlessCalled(wakeUp, static_cast<long>(rest.count())));
+        rest = whole - std::chrono::duration_cast<std::chrono::microseconds>(Clock::now() - begin);
+    }
+    EXPECT_LT(Clock::now() - begin, std::chrono::minutes(1));
+}
+
+/// A part of a millisecond is slept and not spent with looking at the clock.
+TEST(WakeUp, APartOfAMillisecondIsSlept)
+{
+    WakeUp wakeUp;
+    const Clock::time_point begin = Clock::now();
+    int sleeps = 0;
+    for (; Clock::now() - begin < std::chrono::microseconds(900); ++sleeps)
+        EXPECT_TRUE(sleepExactlyUnlessCalled(wakeUp, 900));
+    EXPECT_LT(sleeps, 10);
+}
+
+TEST(WakeUp, AnExactSleepLeavesTheThreadAsItWas)
+{
+    const std::string before = nanosecondsOfSlack();
+    ASSERT_FALSE(before.empty());
+    ASSERT_NE("1", before);
+    WakeUp wakeUp;
+    EXPECT_TRUE(sleepExactlyUnlessCalled(wakeUp, 500));
+    EXPECT_EQ(before, nanosecondsOfSlack());
+}
+
 TEST(WakeUp, NoTimeIsNoSleep)
 {
     WakeUp wakeUp;
+    EXPECT_TRUE(sleepExactlyUnlessCalled(wakeUp, 0));
+    EXPECT_TRUE(sleepExactlyUnlessCalled(wakeUp, -foreverMsec));
     EXPECT_TRUE(sleepUnlessCalled(wakeUp, 0));
     EXPECT_TRUE(sleepUnlessCalled(wakeUp, -foreverMsec));
 }
@@ -41,6 +88,8 @@ TEST(WakeUp, NoSleepLastsAfterTheCall)
     wakeUp.call();
     EXPECT_FALSE(sleepUnlessCalled(wakeUp, foreverMsec));
     EXPECT_FALSE(sleepUnlessCalled(wakeUp, 0));
+    EXPECT_FALSE(sleepExactlyUnlessCalled(wakeUp, 1000 * foreverMsec));
+    EXPECT_FALSE(sleepExactlyUnlessCalled(wakeUp, 0));
 }
 
 TEST(WakeUp, TheCallEndsASleepThatHasBegun)
@@ -48,6 +97,19 @@ TEST(WakeUp, TheCallEndsASleepThatHasBegun)
     WakeUp wakeUp;
     std::thread sleeper([&] {
         while (sleepUnlessCalled(wakeUp, foreverMsec)) {
+        }
+    });
+    std::this_thread::sleep_for(std::chrono::milliseconds(shortMsec));
+    wakeUp.call();
+    sleeper.join();
+    EXPECT_TRUE(wakeUp.isCalled());
+}
+
+TEST(WakeUp, TheCallEndsAnExactSleepThatHasBegun)
+{
+    WakeUp wakeUp;
+    std::thread sleeper([&] {
+        while (sleepExactlyUnlessCalled(wakeUp, 1000 * foreverMsec)) {
         }
     });
     std::this_thread::sleep_for(std::chrono::milliseconds(shortMsec));

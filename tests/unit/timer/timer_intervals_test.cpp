@@ -133,6 +133,21 @@ TEST_F(TimerInterval, AHundredDaysAreWaitedWhole)
     timer->cancel();
 }
 
+/// The last sleep is an exact one, of which this clock keeps whole milliseconds.
+TEST_F(TimerInterval, WhatIsLeftOfALongOneIsSleptToTheEnd)
+{
+    const Timer timer = set(microseconds(1000500), false);
+    ASSERT_TRUE(fake_clock::waitForSleepers(1));
+    fake_clock::advance(fake_clock::untilNextWake());
+    EXPECT_TRUE(eventually([] { return fake_clock::sleeps().size() >= 3; }));
+    EXPECT_EQ(0u, m_called.count());
+    fake_clock::advance(microseconds(500));
+    EXPECT_TRUE(m_called.waitFor());
+    timer->cancel();
+    EXPECT_EQ(1000, fake_clock::sleeps().front());
+    EXPECT_EQ(0, fake_clock::sleeps().back());
+}
+
 TEST_F(TimerInterval, OneMicrosecondIsWaitedByTestingAgain)
 {
     const Timer timer = set(microseconds(1), false);

@@ -66,6 +66,23 @@ TEST(TimerOnTheRealClock, AnIntervalBelowAMillisecondIsCalledToo)
     timer->cancel();
 }
 
+/// Its deadline is not met early by waits that are cut or rounded.
+TEST(TimerOnTheRealClock, APartOfAMillisecondIsNotLeftOut)
+{
+    Happening called;
+    const boost::posix_time::ptime set = boost::posix_time::microsec_clock::local_time();
+    boost::posix_time::ptime when;
+    const Timer timer = zvSetTimer(
+        [&] {
+            when = boost::posix_time::microsec_clock::local_time();
+            called.happen();
+        },
+        boost::posix_time::microseconds(10900), false);
+    ASSERT_TRUE(called.waitFor());
+    timer->cancel();
+    EXPECT_GE(when - set, boost::posix_time::microseconds(10900));
+}
+
 TEST(TimerOnTheRealClock, ManyTimersAtOnce)
 {
     Happening called;

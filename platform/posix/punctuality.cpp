@@ -1,0 +1,43 @@
+#include "platform/punctuality.h"
+
+#include <sys/prctl.h>
+
+namespace zorvel {
+namespace platform {
+namespace {
+
+/// Nanoseconds; zero would mean the default of the process.
+const unsigned long least = 1;
+
+void setSlack(unsigned long nanoseconds)
+{
+    ::prctl(PR_SET_TIMERSLACK, nanoseconds, 0ul, 0ul, 0ul);
+}
+
+}  // namespace
+
+long keptByWaits(long microseconds)
+{
+    return microseconds;
+}
+
+/// What the application chose is put back: its own waits, in a callback, and the
+/// threads that it starts there go by it. Where the system does not tell, 0 or
+/// less, nothing is changed.
+PunctualWaits::PunctualWaits() : m_slackBefore(0)
+{
+    const int slack = ::prctl(PR_GET_TIMERSLACK, 0ul, 0ul, 0ul, 0ul);
+    if (slack <= static_cast<int>(least))
+        return;
+    m_slackBefore = static_cast<unsigned long>(slack);
+    setSlack(least);
+}
+
+PunctualWaits::~PunctualWaits()
+{
+    if (m_slackBefore != 0)
+        setSlack(m_slackBefore);
+}
+
+}  // namespace platform
+}  // namespace zorvel
