@@ -4,9 +4,10 @@
 
 #include <zorvel/timer.h>
 
-#include <boost/date_time/posix_time/posix_time_types.hpp>
+#include <boost/date_time/posix_time/posix_time.hpp>
 
 #include <algorithm>
+#include <atomic>
 #include <chrono>
 #include <cmath>
 #include <functional>
@@ -124,6 +125,31 @@ std::vector<double> asio()
     return noted.lateness();
 }
 
+/// What is prescribed and nothing else: a thread of the timer's own, the first deadline one interval after it began to
+/// run, and the local time read again after each wait. The waits are the system's most exact ones; nobody can end them.
+void tickInThread(Calls& noted, const std::atomic<bool>& isOver)
+{
+    using boost::posix_time::microsec_clock;
+    ::prctl(PR_SET_TIMERSLACK, 1);
+    const boost::posix_time::milliseconds interval(period.count());
+    for (boost::posix_time::ptime deadline = microsec_clock::local_time() + interval; !isOver; deadline += interval) {
+        for (auto now = microsec_clock::local_time(); now < deadline; now = microsec_clock::local_time())
+            std::this_thread::sleep_for(std::chrono::microseconds((deadline - now).total_microseconds()));
+        noted.note();
+    }
+}
+
+std::vector<double> bareThread()
+{
+    Calls noted;
+    std::atomic<bool> isOver(false);
+    std::thread thread(&tickInThread, std::ref(noted), std::cref(isOver));
+    waitForCalls();
+    isOver = true;
+    thread.join();
+    return noted.lateness();
+}
+
 /// The processor time that this process has used, in microseconds.
 double processorTime()
 {
@@ -174,6 +200,7 @@ void measurePunctuality(RowFile& rows, int rounds)
     for (int round = 0; round < rounds; ++round) {
         measureOnce(rows, "zorvel", &ours);
         measureOnce(rows, "asio", &asio);
+        measureOnce(rows, "bare-thread", &bareThread);
     }
 }
 
