@@ -132,7 +132,7 @@ void zvDirectoryExclusiveLock::Descent::stepDown(int removalTag)
 
 bool zvDirectoryExclusiveLock::Descent::deadlineHasCome() const
 {
-    return zorvel::hasCome(m_deadline, platform::localTime());
+    return !m_deadline.is_pos_infinity() && zorvel::hasCome(m_deadline, platform::localTime());
 }
 
 void zvDirectoryExclusiveLock::Descent::pause() const

@@ -3,6 +3,8 @@
 #include "platform/clock.h"
 #include "platform/wake_up.h"
 #include "timer/deadline.h"
+#include "timer/stoppable.h"
+#include "timer/thread_join.h"
 
 #include <boost/bind/bind.hpp>
 #include <boost/make_shared.hpp>
@@ -21,11 +23,27 @@ namespace platform = zorvel::platform;
 
 typedef boost::function0<void> Callback;
 
+enum class Phase
+{
+    waiting,  ///< also before the thread has begun, and after a one-shot's call
+    calling,  ///< also when the call has thrown
+    stopped,  ///< no call begins any more
+};
+
 /// What the worker and the handle both own: a flag that the worker writes once
-/// and the handle reads, and the handle's call that ends the worker's sleep.
+/// and the handle reads, whether a call is under way or may still come, and the
+/// handle's call that ends the worker's sleep.
 struct Shared
 {
+    /// Moves on from waiting; false when somebody else has.
+    bool moveTo(Phase next)
+    {
+        Phase expected = Phase::waiting;
+        return phase.compare_exchange_strong(expected, next);
+    }
+
     std::atomic<bool> failed{false};
+    std::atomic<Phase> phase{Phase::waiting};
     platform::WakeUp wakeUp;
 };
 
@@ -35,7 +53,7 @@ typedef boost::shared_ptr<Shared> SharedPointer;
 /// clock is read again after each.
 const long longestWaitMsec = 60L * 60 * 1000;
 
-class zvTimerTaskImpl : public zvTimerTask
+class zvTimerTaskImpl : public zvTimerTask, public zorvel::StoppableTimer
 {
 public:
     zvTimerTaskImpl(const boost::function0<void>& worker, const SharedPointer& common)
@@ -48,6 +66,7 @@ public:
 
     bool hasFailed() const override { return shared->failed; }
     void cancel() override;
+    bool stop() override;
 
 private:
     // Before the thread: nothing may fail once that runs.
@@ -69,9 +88,19 @@ void zvTimerTaskImpl::cancel()
     if (!thread.joinable())
         return;
     // A worker that sleeps ends by this. The interruption is for the callback.
-    shared->wakeUp.call();
+    const bool isEnding = stop();
     thread.interrupt();
-    thread.join();
+    if (isEnding)
+        zorvel::timer::joinEnding(thread);
+    else
+        thread.join();
+}
+
+bool zvTimerTaskImpl::stop()
+{
+    const bool callsNoMore = shared->moveTo(Phase::stopped) || shared->phase == Phase::stopped;
+    shared->wakeUp.call();
+    return callsNoMore;
 }
 
 /// Negative intervals count as zero; repeated, they would lead out of the range
@@ -121,25 +150,34 @@ bool sleepUntil(const ptime& deadline, platform::WakeUp& wakeUp)
     return true;
 }
 
-bool callOnce(const Callback& fn, const time_duration& interval, platform::WakeUp& wakeUp)
+/// False when the timer was stopped first. After an exception nothing is called
+/// any more, and so it does not matter that the call never counts as over.
+bool call(const Callback& fn, Shared& shared)
 {
-    if (!sleepUntil(firstDeadline(interval), wakeUp))
+    if (!shared.moveTo(Phase::calling))
         return false;
     fn();
+    shared.phase = Phase::waiting;
     return true;
+}
+
+bool callOnce(const Callback& fn, const time_duration& interval, Shared& shared)
+{
+    return sleepUntil(firstDeadline(interval), shared.wakeUp) && call(fn, shared);
 }
 
 /// The rate is fixed: a deadline is counted from the one before it, not from
 /// the end of the callback, so a slow callback does not make the timer drift.
-bool callRepeatedly(const Callback& fn, const time_duration& interval, platform::WakeUp& wakeUp)
+bool callRepeatedly(const Callback& fn, const time_duration& interval, Shared& shared)
 {
-    for (ptime deadline = firstDeadline(interval); sleepUntil(deadline, wakeUp); deadline += interval)
-        fn();
+    ptime deadline = firstDeadline(interval);
+    while (sleepUntil(deadline, shared.wakeUp) && call(fn, shared))
+        deadline += interval;
     return false;
 }
 
 /// False when it was cancelled, which an exception can tell as well.
-typedef bool (*Schedule)(const Callback& fn, const time_duration& interval, platform::WakeUp& wakeUp);
+typedef bool (*Schedule)(const Callback& fn, const time_duration& interval, Shared& shared);
 
 /// The whole life of a timer's thread. It owns all that it uses and never
 /// touches the handle, which it may outlive. A cancellation needs no exception
@@ -147,7 +185,7 @@ typedef bool (*Schedule)(const Callback& fn, const time_duration& interval, plat
 void run(Schedule schedule, const Callback& fn, const time_duration& interval, const SharedPointer& shared)
 {
     try {
-        if (shared->wakeUp.isCalled() || !schedule(fn, interval, shared->wakeUp))
+        if (shared->wakeUp.isCalled() || !schedule(fn, interval, *shared))
             shared->failed = true;
     } catch (...) {
         shared->failed = true;

@@ -96,6 +96,16 @@ TEST_F(RealLockFile, IsNotBroughtBackAfterDestruction)
     EXPECT_FALSE(m_tree.exists("lock"));
 }
 
+TEST_F(RealLockFile, IsNotBroughtBackByARefreshThatIsJustDue)
+{
+    for (int i = 0; i < 400; ++i) {
+        auto file = make(boost::posix_time::microseconds(i % 2 == 0 ? 0 : 150));
+        std::this_thread::sleep_for(std::chrono::microseconds(i));
+        file.reset();
+        ASSERT_FALSE(m_tree.exists("lock"));
+    }
+}
+
 TEST_F(RealLockFile, TheFirstCopyToGoEndsTheRefreshForBoth)
 {
     auto file = make(milliseconds(1));

@@ -1,9 +1,11 @@
 #include <zorvel/timer.h>
 
 #include "tests/unit/timer/calls.h"
+#include "timer/stoppable.h"
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <chrono>
 
 // The real clock on a shared machine: orders, counts and generous bounds.
@@ -56,6 +58,29 @@ TEST(TimerOnTheRealClock, CancelEndsAWaitWithoutEnd)
     const Timer timer = zvSetTimer([] {}, boost::posix_time::time_duration(boost::posix_time::pos_infin), true);
     timer->cancel();
     EXPECT_TRUE(timer->hasFailed());
+}
+
+TEST(TimerOnTheRealClock, OnceItIsStoppedNoCallBegins)
+{
+    int stopped = 0;
+    for (int i = 0; i < 300; ++i) {
+        std::atomic<bool> mayCall(true), wasCalled(false);
+        const Timer timer = zvSetTimer(
+            [&] {
+                if (!mayCall)
+                    wasCalled = true;
+            },
+            boost::posix_time::microseconds(i % 3), true);
+        std::this_thread::sleep_for(std::chrono::microseconds(i));
+        if (zorvel::stop(*timer)) {
+            mayCall = false;
+            ++stopped;
+        }
+        std::this_thread::yield();
+        timer->cancel();
+        EXPECT_FALSE(wasCalled);
+    }
+    EXPECT_GT(stopped, 0);
 }
 
 TEST(TimerOnTheRealClock, AnIntervalBelowAMillisecondIsCalledToo)

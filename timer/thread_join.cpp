@@ -1,0 +1,48 @@
+#include "timer/thread_join.h"
+
+#include "platform/thread_end.h"
+
+#include <boost/smart_ptr/detail/sp_thread_pause.hpp>
+
+#include <chrono>
+#include <thread>
+
+namespace zorvel {
+namespace timer {
+
+namespace {
+
+typedef std::chrono::steady_clock Clock;
+
+/// To be woken on a processor that has become idle takes longer than a thread
+/// needs to end, once it is awake. Its own wake-up may take as long.
+const Clock::duration longestLook = std::chrono::microseconds(100);
+
+/// The thread may be waiting for this processor.
+const Clock::duration longestTurn = std::chrono::microseconds(25);
+
+bool endsBefore(boost::thread& thread, Clock::time_point limit)
+{
+    do {
+        if (platform::hasEnded(thread))
+            return true;
+        boost::detail::sp_thread_pause();
+    } while (Clock::now() < limit);
+    return false;
+}
+
+}  // namespace
+
+void joinEnding(boost::thread& thread)
+{
+    const Clock::time_point begin = Clock::now();
+    for (Clock::time_point now = begin; now - begin < longestLook; now = Clock::now()) {
+        std::this_thread::yield();
+        if (endsBefore(thread, Clock::now() + longestTurn))
+            break;
+    }
+    thread.join();
+}
+
+}  // namespace timer
+}  // namespace zorvel
