@@ -23,7 +23,11 @@ const int removalAfterTakeover = 343;
 }  // namespace
 
 zvDirectoryExclusiveLock::Descent::Descent(zvDirectoryExclusiveLock& lock, const ptime& deadline, int level)
-    : m_lock(lock), m_deadline(deadline), m_level(level), m_ownsLower(false)
+    : m_lock(lock),
+      m_deadline(deadline),
+      m_level(level),
+      m_lowerName(lock.getLockFileName(level - 1)),
+      m_ownsLower(false)
 {
 }
 
@@ -52,7 +56,7 @@ bool zvDirectoryExclusiveLock::Descent::step()
 {
     keepFresh();
     verboseLog << m_lock.label << ": Trying to acquire level " << lower() << std::endl;
-    if (m_lock.createLockFileExclusive(lower())) {
+    if (m_lock.fs->createFileExclusive(m_lowerName.c_str())) {
         m_ownsLower = true;
         m_lastTouch = platform::localTime();
         verboseLog << m_lock.label << ": Success! removing level " << m_level << std::endl;
@@ -88,9 +92,8 @@ void zvDirectoryExclusiveLock::Descent::keepFresh()
 
 zvDirectoryExclusiveLock::Descent::Verdict zvDirectoryExclusiveLock::Descent::judgeLower()
 {
-    const std::string name = m_lock.getLockFileName(lower());
     try {
-        return m_lock.isStale(name.c_str(), STALE_TIMEOUT_SEC, m_deadline) ? Verdict::stale : Verdict::fresh;
+        return m_lock.isStale(m_lowerName.c_str(), STALE_TIMEOUT_SEC, m_deadline) ? Verdict::stale : Verdict::fresh;
     } catch (const zvFileNotFoundError&) {
         return Verdict::vanished;
     }
@@ -102,17 +105,16 @@ zvDirectoryExclusiveLock::Descent::Verdict zvDirectoryExclusiveLock::Descent::ju
 /// pass tries again, as long as there is time.
 bool zvDirectoryExclusiveLock::Descent::takeOverStale()
 {
-    const std::string name = m_lock.getLockFileName(lower());
-    staleLog << "FS_LOCK: stale lock detected: " << name << std::endl;
+    staleLog << "FS_LOCK: stale lock detected: " << m_lowerName << std::endl;
     if (m_lock.touchLockFile(lower(), m_deadline)) {
         m_ownsLower = true;
         m_lastTouch = platform::localTime();
         stepDown(removalAfterTakeover);
         return true;
     }
-    staleLog << "FS_LOCK: removing stale lock " << name << std::endl;
+    staleLog << "FS_LOCK: removing stale lock " << m_lowerName << std::endl;
     if (m_lock.removeLockFileWithTenacity(lower(), m_deadline)) {
-        staleLog << "FS_LOCK: removed stale lock " << name << std::endl;
+        staleLog << "FS_LOCK: removed stale lock " << m_lowerName << std::endl;
         return true;
     }
     // The line names the own file and not the stale one, on purpose: it tells
@@ -128,11 +130,15 @@ void zvDirectoryExclusiveLock::Descent::stepDown(int removalTag)
         m_lock.warnNotRemoved(m_level, removalTag);
     m_level = lower();
     m_ownsLower = false;
+    // Last, for it may throw.
+    m_lowerName = m_lock.getLockFileName(lower());
 }
 
 bool zvDirectoryExclusiveLock::Descent::deadlineHasCome() const
 {
-    return !m_deadline.is_pos_infinity() && zorvel::hasCome(m_deadline, platform::localTime());
+    if (m_deadline.is_pos_infinity())
+        return false;
+    return zorvel::hasCome(m_deadline, platform::localTime());
 }
 
 void zvDirectoryExclusiveLock::Descent::pause() const

@@ -41,6 +41,8 @@ private:
     zvDirectoryExclusiveLock& m_lock;
     const boost::posix_time::ptime m_deadline;
     int m_level;
+    /// The name of the file of the level below: each pass asks for it.
+    std::string m_lowerName;
     /// Whether the file of the level below is this process's too.
     bool m_ownsLower;
     boost::posix_time::ptime m_lastTouch;

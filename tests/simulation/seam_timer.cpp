@@ -2,6 +2,7 @@
 
 #include "platform/clock.h"
 #include "tests/simulation/world.h"
+#include "timer/stoppable.h"
 
 #include <boost/make_shared.hpp>
 
@@ -18,45 +19,69 @@ namespace {
 using boost::posix_time::ptime;
 using boost::posix_time::time_duration;
 
-class Task : public zvTimerTask
+/// Of one timer. Strands take turns, so nothing more is needed.
+struct Timer
+{
+    const boost::function0<void> fn;
+    const time_duration interval;
+    const bool repeat;
+    bool failed = false;
+    bool isCalling = false;
+    bool isStopped = false;
+};
+
+class Task : public zvTimerTask, public StoppableTimer
 {
 public:
     Task(Process& process, const boost::function0<void>& fn, const time_duration& interval, bool repeat)
         : m_process(process),
-          m_failed(boost::make_shared<bool>(false)),
-          m_strand(process.startTimer(interval.total_microseconds(),
-                                      [=, failed = m_failed, first = platform::localTime() + interval] {
-                                          run(fn, first, interval, repeat, *failed);
-                                      }))
+          m_timer(boost::make_shared<Timer>(Timer{fn, interval, repeat})),
+          m_strand(
+              process.startTimer(interval.total_microseconds(),
+                                 [timer = m_timer, first = platform::localTime() + interval] { run(*timer, first); }))
     {
     }
 
-    bool hasFailed() const override { return *m_failed; }
+    bool hasFailed() const override { return m_timer->failed; }
 
     void cancel() override
     {
-        *m_failed = true;
+        m_timer->failed = true;
         m_process.endTimer(m_strand);
     }
 
+    bool stop() override
+    {
+        m_timer->isStopped = true;
+        return !m_timer->isCalling;
+    }
+
 private:
-    static void run(const boost::function0<void>& fn, ptime deadline, const time_duration& interval, bool repeat,
-                    bool& failed)
+    static void run(Timer& timer, ptime deadline)
     {
         try {
             if (World::current()->pace.isTimeless()) {
                 platform::sleepFor(0);
-                fn();
+                call(timer);
                 return;
             }
             do {
                 sleepUntil(deadline);
-                fn();
-                deadline += interval;
-            } while (repeat);
+                call(timer);
+                deadline += timer.interval;
+            } while (timer.repeat && !timer.isStopped);
         } catch (...) {
-            failed = true;
+            timer.failed = true;
         }
+    }
+
+    static void call(Timer& timer)
+    {
+        if (timer.isStopped)
+            return;
+        timer.isCalling = true;
+        timer.fn();
+        timer.isCalling = false;
     }
 
     /// To the microsecond: a wait of no milliseconds takes no time here.
@@ -69,7 +94,7 @@ private:
     }
 
     Process& m_process;
-    const boost::shared_ptr<bool> m_failed;
+    const boost::shared_ptr<Timer> m_timer;
     Strand& m_strand;
 };
 
