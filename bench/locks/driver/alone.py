@@ -26,7 +26,7 @@ def measure_times(results, rounds, count):
     say(f"alone: {rounds} rounds of {count} cycles")
     peers = contestants.alone_peers()
     for _ in range(rounds):
-        pauses = statistics.median(cycle_times(contestants.bare("pauses"), count))
+        pauses = statistics.median(cycle_times(contestants.pauses(), count))
         for kind in KINDS:
             _measure_ours(results, kind, count, pauses)
         for peer in peers:
@@ -39,9 +39,9 @@ def measure_times(results, rounds, count):
 
 
 def _measure_ours(results, kind, count, pauses):
-    pause = contestants.bare("pauses", "pauses")
+    pause = contestants.pauses()
     results.add(f"lock-{kind}", pause.name, "us", [pauses], pause.settings)
-    for contestant in (contestants.zorvel(kind), contestants.kept(kind)):
+    for contestant in (contestants.zorvel(kind), contestants.bare(kind)):
         sample = statistics.median(cycle_times(contestant, count))
         above = f"lock-{kind}-above-pauses"
         results.add(above, contestant.name, "us", [sample - PAUSE_USEC], contestant.settings)
@@ -63,7 +63,7 @@ def measure_calls(results, count):
     """The start is in both runs, so it is not in the difference."""
     say(f"system calls, by the difference of {count} cycles")
     for kind in KINDS:
-        for contestant in (contestants.zorvel(kind), contestants.kept(kind)):
+        for contestant in (contestants.zorvel(kind), contestants.bare(kind)):
             _add_calls(results, (kind,), contestant, count)
     for peer in contestants.alone_peers():
         _add_calls(results, KINDS, peer, count)

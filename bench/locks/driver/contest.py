@@ -1,6 +1,7 @@
 """Several processes want the same lock all the time."""
 
 import os
+import random
 import signal
 import statistics
 import subprocess
@@ -10,6 +11,9 @@ from dataclasses import dataclass
 from .places import fresh_place
 
 HOLD_MSEC = 5
+# Nobody's users begin in the same microsecond. Of those who do, everybody's pauses end at the same moment for good, and how
+# long they wait is then decided by whether a hold lasts a little longer than a pause or a little less.
+ARRIVALS_SECONDS = 0.1
 # How long after the end somebody may still be on its way out of its last hold.
 GRACE_SECONDS = 0.3
 
@@ -100,10 +104,11 @@ def run(contestant, count, seconds):
         try:
             for contender in contenders:
                 contender.await_ready()
-            begin = time.monotonic_ns() + 100_000_000
+            first = time.monotonic_ns() + 100_000_000
+            begin = first + round(ARRIVALS_SECONDS * 1e9)
             end = begin + round(seconds * 1e9)
             for contender in contenders:
-                contender.order(begin, end)
+                contender.order(random.randint(first, begin), end)
             _await_end(contenders, (end - time.monotonic_ns()) / 1e9 + GRACE_SECONDS)
         finally:
             _end(contenders)
@@ -119,7 +124,7 @@ class Figures:
     def __init__(self, contenders, begin, end):
         self._begin, self._end = begin, end
         holds = [hold for contender in contenders for hold in contender.holds()]
-        self._holds = sorted((hold for hold in holds if hold.acquired < end), key=lambda hold: hold.acquired)
+        self._holds = sorted((hold for hold in holds if begin <= hold.acquired < end), key=lambda hold: hold.acquired)
         self._count = len(contenders)
         self.processor_seconds = sum(contender.used for contender in contenders)
         self.handovers, self.to_others, self.overlaps = self._handovers()

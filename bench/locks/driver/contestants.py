@@ -35,17 +35,15 @@ def zorvel(kind="exclusive", latency_msec=0):
                       lambda place: [str(PROGRAMS / "locks_zorvel"), kind, str(latency_msec), str(place)])
 
 
-def bare(kind, name="bare-steps"):
+def pauses():
+    """The prescribed pause of an acquire by itself."""
+    return Contestant("pauses", "nanosleep of 5 ms", lambda place: [str(PROGRAMS / "locks_bare"), "pauses", str(place)])
+
+
+def bare(kind="exclusive"):
     """The floor: what is prescribed, by bare system calls."""
-    steps = f"the prescribed pauses and file operations, {kind}; no refresh"
-    settings = "nanosleep of 5 ms" if kind == "pauses" else steps
-    return Contestant(name, settings, lambda place: [str(PROGRAMS / "locks_bare"), kind, str(place)])
-
-
-def kept(kind):
-    """The same, and for each file that is held the prescribed thread, which only waits."""
     settings = f"the prescribed pauses, file operations and threads, {kind}; the threads only wait"
-    return Contestant("bare-steps", settings, lambda place: [str(PROGRAMS / "locks_bare"), f"kept-{kind}", str(place)])
+    return Contestant("bare-steps", settings, lambda place: [str(PROGRAMS / "locks_bare"), kind, str(place)])
 
 
 def refresh_threads():
@@ -123,5 +121,5 @@ def alone_peers():
 
 
 def contending():
-    return [zorvel(), bare("exclusive"), filelock("hard"), filelock("hard", "0.005"), filelock("soft"),
+    return [zorvel(), bare(), filelock("hard"), filelock("hard", "0.005"), filelock("soft"),
             filelock("soft", "0.005"), flufl(), *proper_lockfiles(), *dotlockfiles(), *procmail_lockfiles()]
