@@ -1,9 +1,6 @@
 #pragma once
 
-#include <boost/thread/condition_variable.hpp>
-#include <boost/thread/mutex.hpp>
-
-#include <atomic>
+#include <memory>
 
 namespace zorvel {
 namespace platform {
@@ -13,13 +10,14 @@ namespace platform {
 class WakeUp
 {
 public:
-    WakeUp() : m_isCalled(false) {}
+    WakeUp();
+    ~WakeUp();
 
     WakeUp(const WakeUp&) = delete;
     WakeUp& operator=(const WakeUp&) = delete;
 
     void call();
-    bool isCalled() const { return m_isCalled; }
+    bool isCalled() const;
 
     /// Suspends the calling thread for a number of milliseconds (none for zero
     /// or less) by a clock that nobody sets, or until the call, and not at all
@@ -31,11 +29,8 @@ public:
     void waitExactly(long microseconds);
 
 private:
-    void waitFor(const boost::posix_time::time_duration& duration);
-
-    boost::mutex m_mutex;
-    boost::condition_variable m_called;
-    std::atomic<bool> m_isCalled;
+    struct State;
+    const std::unique_ptr<State> m_state;
 };
 
 }  // namespace platform

@@ -31,16 +31,20 @@ bool endsBefore(boost::thread& thread, Clock::time_point limit)
     return false;
 }
 
+void lookForEnd(boost::thread& thread)
+{
+    const Clock::time_point end = Clock::now() + longestLook;
+    do
+        std::this_thread::yield();
+    while (!endsBefore(thread, Clock::now() + longestTurn) && Clock::now() < end);
+}
+
 }  // namespace
 
 void joinEnding(boost::thread& thread)
 {
-    const Clock::time_point begin = Clock::now();
-    for (Clock::time_point now = begin; now - begin < longestLook; now = Clock::now()) {
-        std::this_thread::yield();
-        if (endsBefore(thread, Clock::now() + longestTurn))
-            break;
-    }
+    if (!platform::hasEnded(thread))
+        lookForEnd(thread);
     thread.join();
 }
 

@@ -49,11 +49,12 @@ public:
     ~WaitingThread()
     {
         tell();
-        const Clock::time_point begin = Clock::now();
-        while (!hasEnded() && Clock::now() - begin < std::chrono::microseconds(100)) {
+        const Clock::time_point end = Clock::now() + std::chrono::microseconds(100);
+        while (!hasEnded() && Clock::now() < end) {
             std::this_thread::yield();
-            for (int i = 0; i < 100 && !hasEnded(); ++i)
-                Clock::now();
+            const Clock::time_point turn = Clock::now() + std::chrono::microseconds(25);
+            while (!hasEnded() && Clock::now() < turn) {
+            }
         }
         m_thread.join();
     }

@@ -1,9 +1,10 @@
-#include "platform/punctuality.h"
+#include "platform/posix/punctual_waits.h"
 
 #include <sys/prctl.h>
 
 namespace zorvel {
 namespace platform {
+namespace posix {
 namespace {
 
 /// Nanoseconds; zero would mean the default of the process.
@@ -15,11 +16,6 @@ void setSlack(unsigned long nanoseconds)
 }
 
 }  // namespace
-
-long keptByWaits(long microseconds)
-{
-    return microseconds;
-}
 
 /// What the application chose is put back: its own waits, in a callback, and the
 /// threads that it starts there go by it. Where the system does not tell, 0 or
@@ -39,5 +35,6 @@ PunctualWaits::~PunctualWaits()
         setSlack(m_slackBefore);
 }
 
+}  // namespace posix
 }  // namespace platform
 }  // namespace zorvel
