@@ -21,7 +21,7 @@ const Clock::duration longestLook = std::chrono::microseconds(100);
 /// The thread may be waiting for this processor.
 const Clock::duration longestTurn = std::chrono::microseconds(25);
 
-bool endsBefore(boost::thread& thread, Clock::time_point limit)
+bool endsBefore(boost::thread::native_handle_type thread, Clock::time_point limit)
 {
     do {
         if (platform::hasEnded(thread))
@@ -31,7 +31,7 @@ bool endsBefore(boost::thread& thread, Clock::time_point limit)
     return false;
 }
 
-void lookForEnd(boost::thread& thread)
+void lookForEnd(boost::thread::native_handle_type thread)
 {
     const Clock::time_point end = Clock::now() + longestLook;
     do
@@ -43,8 +43,10 @@ void lookForEnd(boost::thread& thread)
 
 void joinEnding(boost::thread& thread)
 {
-    if (!platform::hasEnded(thread))
-        lookForEnd(thread);
+    // Asked for once: it takes a lock that the thread needs for its end.
+    const boost::thread::native_handle_type handle = thread.native_handle();
+    if (!platform::hasEnded(handle))
+        lookForEnd(handle);
     thread.join();
 }
 

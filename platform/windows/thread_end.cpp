@@ -5,9 +5,9 @@
 namespace zorvel {
 namespace platform {
 
-bool hasEnded(boost::thread& thread)
+bool hasEnded(boost::thread::native_handle_type thread)
 {
-    return ::WaitForSingleObject(thread.native_handle(), 0) == WAIT_OBJECT_0;
+    return ::WaitForSingleObject(thread, 0) == WAIT_OBJECT_0;
 }
 
 }  // namespace platform

@@ -19,9 +19,9 @@ TEST(ThreadEnd, IsSeenBeforeTheJoin)
 {
     Happening mayEnd;
     boost::thread thread([&] { mayEnd.waitFor(); });
-    EXPECT_FALSE(hasEnded(thread));
+    EXPECT_FALSE(hasEnded(thread.native_handle()));
     mayEnd.happen();
-    EXPECT_TRUE(eventually([&] { return hasEnded(thread); }));
+    EXPECT_TRUE(eventually([&] { return hasEnded(thread.native_handle()); }));
     thread.join();
 }
 
