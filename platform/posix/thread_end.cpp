@@ -10,7 +10,7 @@ namespace platform {
 /// of a thread. (One that did not look would never tell of an end.)
 bool hasEnded(boost::thread::native_handle_type thread)
 {
-    clockid_t clock;
+    clockid_t clock = 0;
     return pthread_getcpuclockid(thread, &clock) != 0;
 }
 
