@@ -1,20 +1,18 @@
 #include "platform/wake_up.h"
 
-#include <boost/thread/condition_variable.hpp>
-#include <boost/thread/lock_guard.hpp>
-#include <boost/thread/lock_types.hpp>
-#include <boost/thread/mutex.hpp>
-#include <boost/thread/thread.hpp>
+#include <windows.h>
 
 #include <atomic>
 
 namespace zorvel {
 namespace platform {
 
+/// The system's own lock and condition need no objects of the kernel. Boost's
+/// have several for each thread that waits, made and closed with every wait.
 struct WakeUp::State
 {
-    boost::mutex mutex;
-    boost::condition_variable called;
+    SRWLOCK lock = SRWLOCK_INIT;
+    CONDITION_VARIABLE called = CONDITION_VARIABLE_INIT;
     std::atomic<bool> isCalled{false};
 };
 
@@ -24,11 +22,10 @@ WakeUp::~WakeUp() = default;
 
 void WakeUp::call()
 {
-    {
-        const boost::lock_guard<boost::mutex> lock(m_state->mutex);
-        m_state->isCalled = true;
-    }
-    m_state->called.notify_all();
+    AcquireSRWLockExclusive(&m_state->lock);
+    m_state->isCalled = true;
+    ReleaseSRWLockExclusive(&m_state->lock);
+    WakeAllConditionVariable(&m_state->called);
 }
 
 bool WakeUp::isCalled() const
@@ -40,10 +37,10 @@ void WakeUp::wait(long milliseconds)
 {
     if (milliseconds <= 0)
         return;
-    const boost::this_thread::disable_interruption uninterrupted;
-    boost::unique_lock<boost::mutex> lock(m_state->mutex);
+    AcquireSRWLockExclusive(&m_state->lock);
     if (!m_state->isCalled)
-        m_state->called.timed_wait(lock, boost::posix_time::milliseconds(milliseconds));
+        SleepConditionVariableSRW(&m_state->called, &m_state->lock, static_cast<DWORD>(milliseconds), 0);
+    ReleaseSRWLockExclusive(&m_state->lock);
 }
 
 void WakeUp::waitExactly(long microseconds)
