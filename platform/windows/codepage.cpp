@@ -9,11 +9,6 @@
 namespace zorvel {
 namespace platform {
 
-bool isLeadByte(unsigned char byte)
-{
-    return IsDBCSLeadByte(byte) != FALSE;
-}
-
 namespace {
 
 LeadBytes askAll()
@@ -33,6 +28,11 @@ const LeadBytes& allLeadBytes()
 {
     static const LeadBytes table = askAll();
     return table;
+}
+
+bool isLeadByte(unsigned char byte)
+{
+    return byte >= 0x80 && allLeadBytes().of[byte];
 }
 
 bool lowersAsciiAsUsual()

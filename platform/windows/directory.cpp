@@ -1,6 +1,7 @@
 #include "platform/directory.h"
 
 #include "platform/windows/listing.h"
+#include "platform/windows/wide_text.h"
 
 #include <errno.h>
 
@@ -11,7 +12,7 @@ namespace platform {
 struct DirectorySearch::State
 {
     windows::Listing listing;
-    std::string pending;
+    std::wstring pending;
 };
 
 DirectorySearch::DirectorySearch() {}
@@ -30,7 +31,7 @@ int DirectorySearch::openDirectory(const char* path)
     if (entryKind(path) != EntryKind::directory)
         return ENOTDIR;
     m_state.reset(new State);
-    m_state->pending = std::string(path) + "\\*";
+    m_state->pending = windows::wide(path) + L"\\*";
     return 0;
 }
 
@@ -39,7 +40,7 @@ const char* DirectorySearch::next()
     if (!m_state)
         return nullptr;
     if (!m_state->pending.empty()) {
-        m_state->listing.open(m_state->pending.c_str());
+        m_state->listing.openAll(m_state->pending);
         m_state->pending.clear();
     }
     return m_state->listing.next();

@@ -1,10 +1,10 @@
 #include "platform/windows/listing.h"
 
+#include "platform/codepage.h"
 #include "platform/windows/error_code.h"
 #include "platform/windows/wide_text.h"
 
 #include <errno.h>
-#include <string.h>
 
 namespace zorvel {
 namespace platform {
@@ -22,7 +22,7 @@ bool canMatch(const char* pattern)
     bool isNamed = false;
     bool isAllowed = true;
     for (const char* p = pattern; *p; ++p) {
-        if (IsDBCSLeadByte(static_cast<BYTE>(*p)) && p[1]) {
+        if (isLeadByte(static_cast<unsigned char>(*p)) && p[1]) {
             isNamed = true;
             ++p;
         } else if (*p == '\\' || *p == '/') {
@@ -30,7 +30,7 @@ bool canMatch(const char* pattern)
             isAllowed = true;
         } else {
             isNamed = isNamed || (*p != '.' && *p != ' ');
-            isAllowed = isAllowed && !strchr("<>\"|", *p);
+            isAllowed = isAllowed && *p != '<' && *p != '>' && *p != '"' && *p != '|';
         }
     }
     return isNamed && isAllowed;
@@ -38,16 +38,15 @@ bool canMatch(const char* pattern)
 
 }  // namespace
 
-bool isLiteral(const char* name)
+bool isLiteral(const std::string& name)
 {
-    const std::size_t length = strlen(name);
-    return length > 0 && name[length - 1] != ' ' && name[length - 1] != '.';
+    return !name.empty() && name.back() != ' ' && name.back() != '.';
 }
 
 EntryKind Listing::kind() const
 {
     const DWORD attributes = m_found.dwFileAttributes;
-    if (attributes & FILE_ATTRIBUTE_REPARSE_POINT || !isLiteral(m_name.c_str()))
+    if (attributes & FILE_ATTRIBUTE_REPARSE_POINT || !isLiteral(m_name))
         return EntryKind::none;
     return attributes & FILE_ATTRIBUTE_DIRECTORY ? EntryKind::directory : EntryKind::file;
 }
@@ -63,6 +62,16 @@ int Listing::open(const char* pattern)
     if (!pattern || !canMatch(pattern))
         return ENOENT;
     m_search = FindFirstFileW(wide(pattern).c_str(), &m_found);
+    return m_search != INVALID_HANDLE_VALUE ? 0 : codeOfLookup(GetLastError());
+}
+
+/// Without short names, which cost the system more than all else and which no
+/// pattern for everything is compared with; and with few calls for a large
+/// directory.
+int Listing::openAll(const std::wstring& pattern)
+{
+    m_search = FindFirstFileExW(pattern.c_str(), FindExInfoBasic, &m_found, FindExSearchNameMatch, nullptr,
+                                FIND_FIRST_EX_LARGE_FETCH);
     return m_search != INVALID_HANDLE_VALUE ? 0 : codeOfLookup(GetLastError());
 }
 

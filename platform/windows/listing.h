@@ -12,7 +12,7 @@ namespace windows {
 
 /// Whether the system takes a listed name as it stands. It drops blanks and
 /// dots at the end, so that a path with such a name means a neighbour.
-bool isLiteral(const char* name);
+bool isLiteral(const std::string& name);
 
 /// The entries that a pattern matches, with names in the ANSI code page. The
 /// system is asked for its own names, because its conversion would silently
@@ -29,6 +29,9 @@ public:
     /// Starts on a pattern, once: 0, or the code of codeOfLookup(). ENOENT for
     /// a last component that can name no entry.
     int open(const char* pattern);
+
+    /// The same for a pattern whose last component is "*".
+    int openAll(const std::wstring& pattern);
 
     /// The next name, valid until the next call; null at the end. Names that
     /// the code page cannot express are passed over.

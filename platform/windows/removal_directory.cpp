@@ -1,5 +1,6 @@
 #include "platform/directory.h"
 
+#include "platform/codepage.h"
 #include "platform/windows/error_code.h"
 #include "platform/windows/listing.h"
 #include "platform/windows/wide_text.h"
@@ -92,10 +93,10 @@ std::wstring finalPath(const Handle& handle)
 /// Whether a directory is open at the other end, and not a link to one.
 bool isDirectoryItself(const Handle& handle)
 {
-    BY_HANDLE_FILE_INFORMATION information;
-    if (!GetFileInformationByHandle(handle.get(), &information))
+    FILE_BASIC_INFO information;
+    if (!GetFileInformationByHandleEx(handle.get(), FileBasicInfo, &information, sizeof information))
         return false;
-    const DWORD kind = information.dwFileAttributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT);
+    const DWORD kind = information.FileAttributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT);
     return kind == FILE_ATTRIBUTE_DIRECTORY;
 }
 
@@ -113,31 +114,34 @@ const DWORD posixSemanticsFlag = 2;
 /// Where the system can, the name goes at once, as the removal by a path has it
 /// too: a program that has the file open would else keep it, and with it the
 /// directory, until it closes the file. Not every file system can.
-bool takeNameOff(const Handle& file)
+bool takeNameOff(const Handle& entry)
 {
     DWORD wanted = deleteFlag | posixSemanticsFlag;
-    return SetFileInformationByHandle(file.get(), dispositionInfoEx, &wanted, sizeof wanted);
+    return SetFileInformationByHandle(entry.get(), dispositionInfoEx, &wanted, sizeof wanted);
 }
 
-bool removeWhenClosed(const Handle& file)
+bool removeWhenClosed(const Handle& entry)
 {
     FILE_DISPOSITION_INFO wanted = {TRUE};
-    return SetFileInformationByHandle(file.get(), FileDispositionInfo, &wanted, sizeof wanted);
+    return SetFileInformationByHandle(entry.get(), FileDispositionInfo, &wanted, sizeof wanted);
 }
 
-/// Removes a file that was opened with the right to.
-int removeOpened(const Handle& file)
+/// Removes an entry that was opened with the right to.
+int removeOpened(const Handle& entry)
 {
-    if (takeNameOff(file) || removeWhenClosed(file))
+    if (takeNameOff(entry) || removeWhenClosed(entry))
         return 0;
-    return isMissing(GetLastError()) ? ENOENT : EACCES;
+    const DWORD error = GetLastError();
+    if (isMissing(error))
+        return ENOENT;
+    return error == ERROR_DIR_NOT_EMPTY ? ENOTEMPTY : EACCES;
 }
 
 bool endsInSeparator(const std::string& path)
 {
     bool isSeparator = false;
     for (std::size_t i = 0; i < path.size(); ++i) {
-        const bool isPair = IsDBCSLeadByte(static_cast<BYTE>(path[i])) && i + 1 < path.size();
+        const bool isPair = isLeadByte(static_cast<unsigned char>(path[i])) && i + 1 < path.size();
         isSeparator = !isPair && (path[i] == '\\' || path[i] == '/');
         i += isPair ? 1 : 0;
     }
@@ -148,18 +152,21 @@ bool endsInSeparator(const std::string& path)
 
 struct RemovalDirectory::State
 {
-    /// The path of an entry.
-    std::string join(const char* name) const
+    void setPath(const std::string& path)
     {
         const bool isBare = path.empty() || endsInSeparator(path) || path.back() == ':';
-        return isBare ? path + name : path + '\\' + name;
+        prefix = isBare ? path : path + '\\';
     }
 
-    /// Whether an entry that was opened without following links lies in this
-    /// directory under its own name. Some systems resolve a link all the same:
-    /// whatever is done to its path then happens to the target. Where the
-    /// system cannot tell, nothing is known, and the entry stays.
-    bool holds(const Handle& entry, const char* name) const
+    /// The path of an entry.
+    std::string join(const char* name) const { return prefix + name; }
+
+    /// Whether an entry that was opened without following links, and lies where
+    /// the system says, lies in this directory under its own name. Some systems
+    /// resolve a link all the same: whatever is done to its path then happens
+    /// to the target. Where the system cannot tell, nothing is known, and the
+    /// entry stays.
+    bool holds(const std::wstring& entry, const char* name) const
     {
         if (location.empty())
             return false;
@@ -167,7 +174,7 @@ struct RemovalDirectory::State
         if (expected.back() != L'\\')
             expected += L'\\';
         expected += windows::wide(name);
-        return CompareStringOrdinal(expected.c_str(), -1, finalPath(entry).c_str(), -1, TRUE) == CSTR_EQUAL;
+        return CompareStringOrdinal(expected.c_str(), -1, entry.c_str(), -1, TRUE) == CSTR_EQUAL;
     }
 
     /// Opens an entry without following links: 0 when it lies here.
@@ -181,7 +188,7 @@ struct RemovalDirectory::State
         entry = Handle(entryPath, access, shareAll, flags);
         if (!entry.isOpen())
             return isMissing(GetLastError()) ? ENOENT : EACCES;
-        return holds(entry, name) ? 0 : EACCES;
+        return holds(finalPath(entry), name) ? 0 : EACCES;
     }
 
     /// 0 when the entry may be removed by its path.
@@ -191,7 +198,7 @@ struct RemovalDirectory::State
         return open(name, 0, linkItself, entry);
     }
 
-    std::string path;
+    std::string prefix;
     Handle handle;
     std::wstring location;
 };
@@ -206,7 +213,7 @@ int RemovalDirectory::open(const char* path)
     m_state.reset(new State);
     if (!path)
         return ENOENT;
-    m_state->path = path;
+    m_state->setPath(path);
     const std::string name = *path ? path : ".";
     m_state->handle = Handle(name, FILE_LIST_DIRECTORY, shareWithoutDelete, followLinks);
     // Somebody else may hold it so that it cannot be held here as well; its entries can still be reached.
@@ -223,30 +230,27 @@ int RemovalDirectory::openChild(const RemovalDirectory& parent, const char* name
     m_state.reset(new State);
     if (!isLiteral(name))
         return EACCES;
-    m_state->path = parent.m_state->join(name);
-    if (m_state->path.size() > longestPath)
+    const std::string path = parent.m_state->join(name);
+    if (path.size() > longestPath)
         return ENAMETOOLONG;
-    m_state->handle = Handle(m_state->path, FILE_LIST_DIRECTORY, shareWithoutDelete, linkItself);
+    m_state->setPath(path);
+    m_state->handle = Handle(path, FILE_LIST_DIRECTORY, shareWithoutDelete, linkItself);
     if (!m_state->handle.isOpen())
         return isMissing(GetLastError()) ? ENOENT : EACCES;
-    if (!isDirectoryItself(m_state->handle) || !parent.m_state->holds(m_state->handle, name)) {
+    m_state->location = finalPath(m_state->handle);
+    if (!isDirectoryItself(m_state->handle) || !parent.m_state->holds(m_state->location, name)) {
         // Held any longer, it would forbid the removal of the link itself.
         m_state->handle.close();
         return ENOTDIR;
     }
-    m_state->location = finalPath(m_state->handle);
     return 0;
 }
 
-int RemovalDirectory::list(std::vector<ListedEntry>& entries) const
-{
-    return match("*", entries);
-}
+namespace {
 
-int RemovalDirectory::match(const char* component, std::vector<ListedEntry>& entries) const
+/// Appends what a listing gives, which was opened with a code.
+int takeAll(windows::Listing& listing, int code, std::vector<ListedEntry>& entries)
 {
-    windows::Listing listing;
-    const int code = listing.open(m_state->join(component).c_str());
     if (code != 0)
         return code;
     while (const char* name = listing.next()) {
@@ -254,6 +258,20 @@ int RemovalDirectory::match(const char* component, std::vector<ListedEntry>& ent
             entries.push_back({name, listing.kind()});
     }
     return listing.code();
+}
+
+}  // namespace
+
+int RemovalDirectory::list(std::vector<ListedEntry>& entries) const
+{
+    windows::Listing listing;
+    return takeAll(listing, listing.openAll(windows::wide(m_state->join("*").c_str())), entries);
+}
+
+int RemovalDirectory::match(const char* component, std::vector<ListedEntry>& entries) const
+{
+    windows::Listing listing;
+    return takeAll(listing, listing.open(m_state->join(component).c_str()), entries);
 }
 
 EntryKind RemovalDirectory::kind(const char* name) const
@@ -273,15 +291,20 @@ int RemovalDirectory::removeFile(const char* name) const
     return refused ? refused : removeOpened(file);
 }
 
+/// One that was open as a child goes like a file. A link to a directory can be
+/// more than an entry to the system, which has a call of its own for them.
 int RemovalDirectory::removeDirectory(const char* name, RemovalDirectory* child) const
 {
-    if (child && child->m_state)
-        child->m_state->handle.close();
-    const std::string path = m_state->join(name);
-    const int refused = m_state->check(name);
-    if (refused)
-        return refused;
-    return _rmdir(path.c_str()) == 0 ? 0 : errno;
+    if (!child || !child->m_state) {
+        const int refused = m_state->check(name);
+        if (refused)
+            return refused;
+        return _rmdir(m_state->join(name).c_str()) == 0 ? 0 : errno;
+    }
+    child->m_state->handle.close();
+    Handle directory;
+    const int refused = m_state->open(name, DELETE, linkItself, directory);
+    return refused ? refused : removeOpened(directory);
 }
 
 bool RemovalDirectory::allowRemovalOf(const char* name) const
