@@ -22,12 +22,12 @@ std::string systemName()
 
 std::vector<Contestant> contestants()
 {
-    return {zorvelItself(), standardFilesystem(), win32WithBytes(), win32WithWideCharacters()};
+    return {zorvelItself(), standardFilesystem(), win32WithBytes(), win32WithWideCharacters(), bareSteps()};
 }
 
 Amounts amounts(bool isQuick)
 {
-    return isQuick ? Amounts{"wine-", 2500, 500, 0, 3, 3, 5} : Amounts{"wine-", 10000, 2500, 0, 5, 7, 10};
+    return isQuick ? Amounts{"wine-", 2500, 500, 0, 3, 3, 5} : Amounts{"wine-", 10000, 2500, 0, 7, 21, 10};
 }
 
 void describeContestants()

@@ -72,7 +72,7 @@ void addCreation(const Amounts& amounts)
     const std::string there = chain(inTreeRoot("existing"));
     standardFilesystem().keep(there);
     const auto isThere = [there] { return there; };
-    const ChangeRow existing(named("create-existing"), amounts.creations * 40, amounts.repetitions, isThere, &exists);
+    const ChangeRow existing(named("create-existing"), amounts.creations * 400, amounts.repetitions, isThere, &exists);
     const ChangeRow starting(named("create-existing"), amounts.creations, amounts.repetitions, isThere, &exists);
     for (const Contestant& contestant : contestants()) {
         fresh.add(contestant.name, contestant.create);

@@ -12,5 +12,8 @@ Contestant win32WithBytes();
 /// names out.
 Contestant win32WithWideCharacters();
 
+/// The floor: what is prescribed or promised, and nothing else.
+Contestant bareSteps();
+
 }  // namespace bench
 }  // namespace zorvel
