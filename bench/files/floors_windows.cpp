@@ -30,41 +30,69 @@ bool isFolder(DWORD attributes)
     return kind == FILE_ATTRIBUTE_DIRECTORY;
 }
 
-bool isSpecial(const wchar_t* name)
+/// The calls in the code page's bytes, in which names are promised and looks prescribed.
+struct Bytes
+{
+    typedef std::string Text;
+    typedef WIN32_FIND_DATAA Found;
+
+    static HANDLE first(const Text& pattern, Found& found)
+    {
+        return FindFirstFileExA(pattern.c_str(), FindExInfoBasic, &found, FindExSearchNameMatch, nullptr,
+                                FIND_FIRST_EX_LARGE_FETCH);
+    }
+    static BOOL next(HANDLE search, Found& found) { return FindNextFileA(search, &found); }
+};
+
+/// The calls in the system's own characters.
+struct Wide
+{
+    typedef std::wstring Text;
+    typedef WIN32_FIND_DATAW Found;
+
+    static HANDLE first(const Text& pattern, Found& found)
+    {
+        return FindFirstFileExW(pattern.c_str(), FindExInfoBasic, &found, FindExSearchNameMatch, nullptr,
+                                FIND_FIRST_EX_LARGE_FETCH);
+    }
+    static BOOL next(HANDLE search, Found& found) { return FindNextFileW(search, &found); }
+};
+
+template <class Character>
+bool isSpecial(const Character* name)
 {
     return name[0] == '.' && (name[1] == 0 || (name[1] == '.' && name[2] == 0));
 }
 
 /// Calls take(found) for each entry that a pattern matches.
-template <class Take>
-void eachMatch(const Text& pattern, Take take)
+template <class Calls, class Take>
+void eachMatch(const typename Calls::Text& pattern, Take take)
 {
-    WIN32_FIND_DATAW found;
-    const HANDLE search = FindFirstFileExW(pattern.c_str(), FindExInfoBasic, &found, FindExSearchNameMatch, nullptr,
-                                           FIND_FIRST_EX_LARGE_FETCH);
+    typename Calls::Found found;
+    const HANDLE search = Calls::first(pattern, found);
     if (search == INVALID_HANDLE_VALUE)
         return;
     do {
         if (!isSpecial(found.cFileName))
             take(found);
-    } while (FindNextFileW(search, &found));
+    } while (Calls::next(search, found));
     FindClose(search);
 }
 
 /// Reads each folder, after a look whether it is one by then and not a link to
 /// one. Each counts as `perFolder`, each file as `count` says.
 template <class Count>
-std::uint64_t readInto(const Text& folder, std::uint64_t perFolder, Count count)
+std::uint64_t readInto(const std::string& folder, std::uint64_t perFolder, Count count)
 {
     std::uint64_t sum = 0;
-    eachMatch(folder + L"\\*", [&](const WIN32_FIND_DATAW& found) {
+    eachMatch<Bytes>(folder + "\\*", [&](const WIN32_FIND_DATAA& found) {
         if (!isFolder(found.dwFileAttributes)) {
             sum += count(found);
             return;
         }
-        const Text inner = folder + L'\\' + found.cFileName;
+        const std::string inner = folder + '\\' + found.cFileName;
         sum += perFolder;
-        if (isFolder(GetFileAttributesW(inner.c_str())))
+        if (isFolder(GetFileAttributesA(inner.c_str())))
             sum += readInto(inner, perFolder, count);
     });
     return sum;
@@ -72,19 +100,19 @@ std::uint64_t readInto(const Text& folder, std::uint64_t perFolder, Count count)
 
 std::uint64_t walk(const std::string& path)
 {
-    return readInto(wide(path), 2, [](const WIN32_FIND_DATAW&) { return 1; });
+    return readInto(path, 2, [](const WIN32_FIND_DATAA&) { return 1; });
 }
 
 std::uint64_t size(const std::string& path)
 {
-    return readInto(wide(path), 0, [](const WIN32_FIND_DATAW& found) { return found.nFileSizeLow; });
+    return readInto(path, 0, [](const WIN32_FIND_DATAA& found) { return found.nFileSizeLow; });
 }
 
 std::uint64_t match(const std::string&)
 {
     std::uint64_t entries = 0;
     for (const std::string& folder : patternFolders())
-        eachMatch(wide(folder) + L"\\*.txt", [&](const WIN32_FIND_DATAW&) { ++entries; });
+        eachMatch<Bytes>(folder + "\\*.txt", [&](const WIN32_FIND_DATAA&) { ++entries; });
     return entries;
 }
 
@@ -134,7 +162,7 @@ bool removeFolder(const Text& path, const Text& expected)
     bool isEmptied = GetFileInformationByHandleEx(folder, FileBasicInfo, &information, sizeof information) &&
                      isFolder(information.FileAttributes) && lies(finalPath(folder), expected);
     if (isEmptied) {
-        eachMatch(path + L"\\*", [&](const WIN32_FIND_DATAW& found) {
+        eachMatch<Wide>(path + L"\\*", [&](const WIN32_FIND_DATAW& found) {
             const Text name = Text(L"\\") + found.cFileName;
             const bool isRemoved = isFolder(found.dwFileAttributes)
                                        ? removeFolder(path + name, expected + name)
