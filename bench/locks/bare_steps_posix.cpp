@@ -6,7 +6,7 @@
 //   locks_bare exclusive DIR contend LOG HOLD_MS
 //   locks_bare thread DIR cycles COUNT    start and end of a thread that waits, each after a pause
 
-#include "bench/locks/contender.h"
+#include "bench/locks/bare_locks.h"
 
 #include <fcntl.h>
 #include <pthread.h>
@@ -18,11 +18,11 @@
 #include <chrono>
 #include <condition_variable>
 #include <cstdint>
-#include <iostream>
 #include <memory>
 #include <mutex>
-#include <stdexcept>
+#include <string>
 #include <thread>
+#include <vector>
 
 namespace {
 
@@ -78,7 +78,7 @@ private:
     std::thread m_thread;
 };
 
-void pause()
+void sleepForPause()
 {
     const timespec fiveMsec = {0, 5000000};
     nanosleep(&fiveMsec, nullptr);
@@ -151,7 +151,7 @@ private:
             if (look(m_levels.at(level)))
                 continue;
             look(m_directory);
-            pause();
+            sleepForPause();
             if (claim(m_levels[level]))
                 return level;
         }
@@ -160,7 +160,7 @@ private:
     void descend(std::size_t level)
     {
         if (level > 0)
-            pause();
+            sleepForPause();
         for (Clock::time_point touched = Clock::now(); level > 0;) {
             if (Clock::now() - touched >= std::chrono::seconds(1) && touch(m_levels[level]))
                 touched = Clock::now();
@@ -168,7 +168,7 @@ private:
                 touched = Clock::now();
                 remove(m_levels[level--]);
             } else if (isHeld(m_levels[level - 1])) {
-                pause();
+                sleepForPause();
             }
         }
     }
@@ -211,6 +211,8 @@ public:
           m_queue(directory)
     {
     }
+
+    static void pause() { sleepForPause(); }
 
     bool takeGuard()
     {
@@ -270,53 +272,14 @@ Lock waitingThread()
         thread->reset(new WaitingThread);
         return true;
     };
-    return Lock{start, [=] { thread->reset(); }, &ownProcessorTime, &pause};
-}
-
-/// A step that failed would make the floor too low.
-void require(bool isDone)
-{
-    if (!isDone)
-        throw std::runtime_error("a step failed");
-}
-
-template <class Enter, class Leave>
-Lock lockOf(const Enter& enter, const Leave& leave)
-{
-    return Lock{[=] {
-                    require(enter());
-                    return true;
-                },
-                [=] { require(leave()); }, &ownProcessorTime};
-}
-
-Lock makeLock(const std::string& kind, const std::string& directory)
-{
-    const auto steps = std::make_shared<Steps>(directory);
-    if (kind == "exclusive")
-        return lockOf([=] { return steps->takeGuard(); }, [=] { return steps->giveGuard(); });
-    if (kind == "read")
-        return lockOf([=] { return steps->enterAsReader(); }, [=] { return steps->leaveAsReader(); });
-    if (kind == "write")
-        return lockOf([=] { return steps->enterAsWriter(); }, [=] { return steps->leaveAsWriter(); });
-    if (kind == "thread")
-        return waitingThread();
-    return lockOf(
-        [] {
-            pause();
-            return true;
-        },
-        [] { return true; });
+    return Lock{start, [=] { thread->reset(); }, &ownProcessorTime, &Steps::pause};
 }
 
 }  // namespace
 
 int main(int argc, char** argv)
 {
-    const std::vector<std::string> words = wordsOf(argc, argv);
-    if (words.size() < 3) {
-        std::cerr << "see the beginning of bare_steps_posix.cpp" << std::endl;
-        return 2;
-    }
-    return carryOut(makeLock(words[0], words[1]), std::vector<std::string>(words.begin() + 2, words.end()));
+    return carryOutBare(argc, argv, [](const std::string& kind, const std::string& directory) {
+        return kind == "thread" ? waitingThread() : bareLock<Steps>(kind, directory);
+    });
 }

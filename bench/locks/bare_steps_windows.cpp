@@ -3,7 +3,7 @@
 //
 //   locks_bare pauses|exclusive|read|write DIR cycles COUNT
 
-#include "bench/locks/contender.h"
+#include "bench/locks/bare_locks.h"
 
 #include <windows.h>
 
@@ -14,9 +14,8 @@
 #include <sys/stat.h>
 
 #include <cstdint>
-#include <iostream>
 #include <memory>
-#include <stdexcept>
+#include <string>
 
 namespace {
 
@@ -170,43 +169,9 @@ private:
     Keeper m_keeper;
 };
 
-/// A step that failed would make the floor too low.
-void require(bool isDone)
-{
-    if (!isDone)
-        throw std::runtime_error("a step failed");
-}
-
-template <class Enter, class Leave>
-Lock lockOf(const Enter& enter, const Leave& leave)
-{
-    return Lock{[=] {
-                    require(enter());
-                    return true;
-                },
-                [=] { require(leave()); }, &ownProcessorTime};
-}
-
-Lock makeLock(const std::string& kind, const std::string& directory)
-{
-    const auto steps = std::make_shared<Steps>(directory);
-    if (kind == "exclusive")
-        return lockOf([=] { return steps->takeGuard(); }, [=] { return steps->giveGuard(); });
-    if (kind == "read")
-        return lockOf([=] { return steps->enterAsReader(); }, [=] { return steps->leaveAsReader(); });
-    if (kind == "write")
-        return lockOf([=] { return steps->enterAsWriter(); }, [=] { return steps->leaveAsWriter(); });
-    return lockOf(&Steps::pause, [] { return true; });
-}
-
 }  // namespace
 
 int main(int argc, char** argv)
 {
-    const std::vector<std::string> words = wordsOf(argc, argv);
-    if (words.size() < 3) {
-        std::cerr << "see the beginning of bare_steps_windows.cpp" << std::endl;
-        return 2;
-    }
-    return carryOut(makeLock(words[0], words[1]), std::vector<std::string>(words.begin() + 2, words.end()));
+    return carryOutBare(argc, argv, &bareLock<Steps>);
 }
