@@ -13,8 +13,10 @@
 /// @brief A function called after a while, once or at a fixed rate, on a thread of its own.
 ///
 /// Each timer has a thread, which runs code of the library: cancel all timers
-/// before the library is unloaded. Windows and Linux do not differ. The
-/// @ref lockfile are kept fresh by timers.
+/// before the library is unloaded. Linux sleeps until a deadline to the
+/// microsecond; Windows sleeps by milliseconds, and the thread looks at the
+/// clock for the rest of the last one. Nothing else differs. The @ref lockfile
+/// are kept fresh by timers.
 ///
 /// @include ticks.cpp
 ///
