@@ -49,7 +49,7 @@ std::vector<Contestant> contestants()
 
 Amounts amounts(bool isQuick)
 {
-    return isQuick ? Amounts{"", 20000, 5000, 0, 3, 5, 20} : Amounts{"", 100000, 20000, 100000, 5, 15, 50};
+    return isQuick ? Amounts{"", 20000, 5000, 0, 3, 5, 20} : Amounts{"", 100000, 20000, 100000, 11, 15, 50};
 }
 
 void describeContestants()
