@@ -23,13 +23,21 @@ def draw_axis(drawing, scale, bottom):
     drawing.line(scale(1), TOP - 6, scale(1), bottom, "mark", 1.5)
 
 
+def colour(outcome):
+    """Ours; what somebody does for less; and in between what nobody who does the same does for less."""
+    if outcome.ratio <= 1:
+        return "c0"
+    return "c7" if outcome.is_at_floor else "c1"
+
+
 def draw_bar(drawing, scale, outcome, y):
     start, end = sorted((scale(1.0), scale(outcome.ratio)))
     behind = outcome.ratio > 1
     drawing.text(scale.start - FIGURE, y + 14, outcome.declared["title"], anchor="end")
-    drawing.bar(start, y + 4, end - start, 12, "c1" if behind else "c0")
+    drawing.bar(start, y + 4, end - start, 12, colour(outcome))
     text = figures.ratio_text(outcome.ratio)
-    drawing.text(end + 6 if behind else start - 6, y + 14, text, "ink", 11, "start" if behind else "end", behind)
+    drawing.text(end + 6 if behind else start - 6, y + 14, text, "ink", 11, "start" if behind else "end",
+                 behind and not outcome.is_at_floor)
 
 
 def draw(outcomes):
@@ -43,7 +51,7 @@ def draw(outcomes):
     start = gutter + FIGURE
     drawing = svg.Drawing(math.ceil(start + BARS + FIGURE), bottom + 16, "zorvel's cost over the best peer's")
     drawing.text(16, 28, "zorvel's cost over the best peer's", size=17, strong=True)
-    drawing.text(16, 48, "left of 1: less than every peer; right of 1: more than one of them", "dim")
+    drawing.text(16, 48, "left of 1: less than every peer; right of 1: more than one of them, in grey where the floor is reached", "dim")
     scale = axis.Axis(*limits([o.ratio for o in outcomes]), start, start + BARS, True)
     draw_axis(drawing, scale, bottom)
     y = TOP

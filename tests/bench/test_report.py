@@ -150,6 +150,12 @@ class Outcomes(unittest.TestCase):
             self.assertEqual(table.verdict(row), verdict, ours)
         self.assertIn("in 0 of 1 that have peers, at the floor in 0 more", table.summary([row]))
 
+    def test_a_bar_shows_who_is_ahead_who_is_at_the_floor_and_who_is_behind(self):
+        for ours, wanted in ((100, "c0"), (105, "c7"), (106, "c1")):
+            (row,), _, _ = compared([{**ROW, "floor": "bare"}], samples("walk", "zorvel", ours),
+                                    samples("walk", "bare", 100), samples("walk", "find", 100))
+            self.assertEqual(ratio_plot.colour(row), wanted, ours)
+
     def test_a_target_in_the_rows_own_unit(self):
         entry = {**ROW, "target": None, "value_target": 0.9, "better": "higher", "peers": []}
         (row,), _, _ = compared([entry], samples("walk", "zorvel", 0.89))
