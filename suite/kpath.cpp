@@ -16,6 +16,12 @@ bool isSeparator(char byte)
     return byte == '\\' || byte == '/';
 }
 
+/// Nobody has to be asked about a byte of ASCII.
+bool isLead(char byte)
+{
+    return (byte & 0x80) != 0 && qxIsMultiByteLead(static_cast<unsigned char>(byte));
+}
+
 /// The index of the last separator, or none.
 std::size_t lastSeparator(const char* path)
 {
@@ -23,7 +29,7 @@ std::size_t lastSeparator(const char* path)
     for (std::size_t i = 0; path[i] != '\0'; ++i) {
         if (isSeparator(path[i]))
             found = i;
-        else if (qxIsMultiByteLead(static_cast<unsigned char>(path[i])) && path[i + 1] != '\0')
+        else if (isLead(path[i]) && path[i + 1] != '\0')
             ++i;
     }
     return found;

@@ -80,9 +80,16 @@ bool NamePattern::matches(const char* name) const
         return true;
     // Equal characters are equal bytes: most names are told by their end.
     const std::size_t length = std::strlen(name);
-    if (length < m_tailLength || std::memcmp(name + length - m_tailLength, m_tail, m_tailLength) != 0)
-        return false;
-    return matchesByCharacter(m_component, name);
+    return endsInTail(name, length) && matchesByCharacter(m_component, name);
+}
+
+/// The last byte tells most names apart, without a call.
+bool NamePattern::endsInTail(const char* name, std::size_t length) const
+{
+    if (m_tailLength == 0)
+        return true;
+    return length >= m_tailLength && name[length - 1] == m_tail[m_tailLength - 1] &&
+           std::memcmp(name + length - m_tailLength, m_tail, m_tailLength) == 0;
 }
 
 bool matchesWildcards(const char* component, const char* name)

@@ -20,6 +20,8 @@ public:
     bool matches(const char* name) const;
 
 private:
+    bool endsInTail(const char* name, std::size_t length) const;
+
     const char* m_component;
     const char* m_tail;  ///< what stands behind the last wild card
     std::size_t m_tailLength;
