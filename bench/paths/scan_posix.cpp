@@ -81,21 +81,19 @@ void lastOfPaths(benchmark::State& state, const Texts& texts, Find find)
 }
 
 template <class Find>
-void lastOfPath(const char* contestant, Find find)
+void lastOfPathIn(const CodePage& page, const char* contestant, Find find)
 {
-    inBothCodePages("last-separator", contestant,
-                    [find](benchmark::State& state, const Texts& texts) { lastOfPaths(state, texts, find); });
+    inCodePage(page, "last-separator", contestant,
+               [find](benchmark::State& state, const Texts& texts) { lastOfPaths(state, texts, find); });
 }
 
-/// The floor in code page 932: one look for one separator, and one question which codeset it is. Without it nobody
-/// knows whether the byte behind one from 0x80 is a character.
-void lastOfPathByCodeset()
+/// One look for one separator, and in code page 932 one question which codeset it is: without it nobody knows whether
+/// the byte behind one from 0x80 is a character.
+void lastOfPathFloors()
 {
-    const CodePage& page = codePages()[1];
-    inCodePage(page, "last-separator", "memrchr-and-codeset", [](benchmark::State& state, const Texts& texts) {
-        lastOfPaths(state, texts, [](const std::string& text) {
-            return strcmp(nl_langinfo(CODESET), "WINDOWS-31J") == 0 ? withMemrchr(text) : nullptr;
-        });
+    lastOfPathIn(codePages()[0], "memrchr", &withMemrchr);
+    lastOfPathIn(codePages()[1], "memrchr-and-codeset", [](const std::string& text) {
+        return strcmp(nl_langinfo(CODESET), "WINDOWS-31J") == 0 ? withMemrchr(text) : nullptr;
     });
 }
 
@@ -134,7 +132,6 @@ template <class Register>
 void everybody(Register add)
 {
     add("zorvel", &ours);
-    add("memrchr", &withMemrchr);
     add("memrchr-twice", &withMemrchrTwice);
     add("strrchr", &withStrrchr);
     add("find_last_of", &withFindLastOf);
@@ -144,9 +141,13 @@ void everybody(Register add)
 
 void registerScan()
 {
-    everybody([](const char* contestant, auto find) { lastOfPath(contestant, find); });
-    lastOfPathByCodeset();
-    everybody([](const char* contestant, auto find) { throughLongText(contestant, find); });
+    everybody([](const char* contestant, auto find) {
+        for (const CodePage& page : codePages())
+            lastOfPathIn(page, contestant, find);
+        throughLongText(contestant, find);
+    });
+    lastOfPathFloors();
+    throughLongText("memrchr", &withMemrchr);
     wash("zorvel", &zvWashPathSep);
     wash("std-replace", [](char* text) { std::replace(text, text + strlen(text), '/', '\\'); });
 }
