@@ -89,15 +89,17 @@ private:
     std::size_t m_length;
 };
 
-bool isSeparator(char byte)
+/// 1 or 0, like what follows: nothing here branches.
+int isSeparator(char byte)
 {
-    return (byte == '/') | (byte == '\\');
+    return int{byte == '/'} | int{byte == '\\'};
 }
 
 /// Whether a byte is not of ASCII, or a separator before another or before '.'.
-bool isFlaw(char byte, char next)
+int isFlaw(char byte, char next)
 {
-    return (static_cast<unsigned char>(byte) >= 0x80) | (isSeparator(byte) & (isSeparator(next) | (next == '.')));
+    const int isHigh = static_cast<unsigned char>(byte) >= 0x80;
+    return isHigh | (isSeparator(byte) & (isSeparator(next) | int{next == '.'}));
 }
 
 const std::size_t blockSize = 16;
@@ -111,7 +113,7 @@ bool isPlainBlock(const char* text)
     std::memcpy(block, text, blockSize);
     std::memcpy(next, text + 1, blockSize);
     for (std::size_t i = 0; i < blockSize; ++i)
-        block[i] = isFlaw(block[i], next[i]) ? 1 : 0;
+        block[i] = static_cast<char>(isFlaw(block[i], next[i]));
     std::uint64_t flaws[2];
     std::memcpy(flaws, block, blockSize);
     return (flaws[0] | flaws[1]) == 0;
@@ -120,7 +122,7 @@ bool isPlainBlock(const char* text)
 bool isPlainBytes(const char* text, std::size_t length)
 {
     for (std::size_t i = 0; i < length; ++i) {
-        if (isFlaw(text[i], text[i + 1]))
+        if (isFlaw(text[i], text[i + 1]) != 0)
             return false;
     }
     return true;
@@ -132,7 +134,7 @@ bool isPlainBytes(const char* text, std::size_t length)
 /// each. The last block is taken by its end, with the terminator behind it.
 bool isPlain(const char* path, std::size_t length)
 {
-    if (!isSeparator(path[0]))
+    if (isSeparator(path[0]) == 0)
         return false;
     if (length < blockSize)
         return isPlainBytes(path, length);
