@@ -3,7 +3,6 @@
 
 #include "lockfile/lock_name.h"
 #include "platform/clock.h"
-#include "timer/stoppable.h"
 
 #include <boost/make_shared.hpp>
 #include <boost/thread/thread.hpp>
@@ -95,14 +94,9 @@ zvLockFile::~zvLockFile()
     // An interrupted join would leave the refresh running, and it would bring
     // the file back after it was removed.
     const boost::this_thread::disable_interruption uninterrupted;
-    // Once no refresh can begin any more, others need not wait for the file until
-    // the refresh's thread has found the time to end.
-    const bool callsNoMore = timer && zorvel::stop(*timer);
-    if (timer && !callsNoMore)
+    if (timer)
         timer->cancel();
     removeQuietly(*fs, name);
-    if (callsNoMore)
-        timer->cancel();
 }
 
 std::string zvLockFile::getName()
