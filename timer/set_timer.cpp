@@ -3,7 +3,6 @@
 #include "platform/clock.h"
 #include "platform/wake_up.h"
 #include "timer/deadline.h"
-#include "timer/stoppable.h"
 #include "timer/thread_join.h"
 
 #include <boost/bind/bind.hpp>
@@ -53,7 +52,7 @@ typedef boost::shared_ptr<Shared> SharedPointer;
 /// clock is read again after each.
 const long longestWaitMsec = 60L * 60 * 1000;
 
-class zvTimerTaskImpl : public zvTimerTask, public zorvel::StoppableTimer
+class zvTimerTaskImpl : public zvTimerTask
 {
 public:
     zvTimerTaskImpl(const boost::function0<void>& worker, const SharedPointer& common)
@@ -66,9 +65,10 @@ public:
 
     bool hasFailed() const override { return shared->failed; }
     void cancel() override;
-    bool stop() override;
 
 private:
+    bool stop();
+
     // Before the thread: nothing may fail once that runs.
     boost::mutex cancelling;
     const SharedPointer shared;
@@ -96,6 +96,8 @@ void zvTimerTaskImpl::cancel()
         thread.join();
 }
 
+/// Ends the worker's sleep. True when it calls no more, and so ends soon; false
+/// when it is just calling.
 bool zvTimerTaskImpl::stop()
 {
     const bool callsNoMore = shared->moveTo(Phase::stopped) || shared->phase == Phase::stopped;

@@ -2,7 +2,6 @@
 
 #include "platform/clock.h"
 #include "tests/simulation/world.h"
-#include "timer/stoppable.h"
 
 #include <boost/make_shared.hpp>
 
@@ -26,11 +25,9 @@ struct Timer
     const time_duration interval;
     const bool repeat;
     bool failed = false;
-    bool isCalling = false;
-    bool isStopped = false;
 };
 
-class Task : public zvTimerTask, public StoppableTimer
+class Task : public zvTimerTask
 {
 public:
     Task(Process& process, const boost::function0<void>& fn, const time_duration& interval, bool repeat)
@@ -50,38 +47,23 @@ public:
         m_process.endTimer(m_strand);
     }
 
-    bool stop() override
-    {
-        m_timer->isStopped = true;
-        return !m_timer->isCalling;
-    }
-
 private:
     static void run(Timer& timer, ptime deadline)
     {
         try {
             if (World::current()->pace.isTimeless()) {
                 platform::sleepFor(0);
-                call(timer);
+                timer.fn();
                 return;
             }
             do {
                 sleepUntil(deadline);
-                call(timer);
+                timer.fn();
                 deadline += timer.interval;
-            } while (timer.repeat && !timer.isStopped);
+            } while (timer.repeat);
         } catch (...) {
             timer.failed = true;
         }
-    }
-
-    static void call(Timer& timer)
-    {
-        if (timer.isStopped)
-            return;
-        timer.isCalling = true;
-        timer.fn();
-        timer.isCalling = false;
     }
 
     /// To the microsecond: a wait of no milliseconds takes no time here.
