@@ -43,6 +43,7 @@ int findMatch(const char* pattern, bool& found)
     const int code = search.open(path.c_str());
     if (code != 0)
         return saysThatNothingIsThere(code) ? 0 : code;
+    search.forgetEarlierListing();
     while (const char* name = search.next()) {
         if (fsutil::isSpecialName(name))
             continue;

@@ -43,6 +43,14 @@ public:
     /// then.
     int openDirectory(const char* path);
 
+    /// What is listed from now on is what the directory holds, and not what
+    /// this machine remembers of an earlier listing: a client of a network file
+    /// system may take that to be true as long as the directory keeps its time,
+    /// which two changes in one tick of the server's clock share. Before the
+    /// first next(). No failure is known. Windows: without effect, its client
+    /// remembers for a time that an administrator sets.
+    void forgetEarlierListing();
+
     /// The next entry's name, valid until the next call; null at the end.
     const char* next();
 

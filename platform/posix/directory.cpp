@@ -129,6 +129,13 @@ int DirectorySearch::openDirectory(const char* path)
     return m_state->code;
 }
 
+/// The pages that a listing is remembered in are a directory's own, as a file's content is.
+void DirectorySearch::forgetEarlierListing()
+{
+    if (m_state && m_state->descriptor != -1)
+        static_cast<void>(posix_fadvise(m_state->descriptor, 0, 0, POSIX_FADV_DONTNEED));
+}
+
 const char* DirectorySearch::next()
 {
     if (!m_state)

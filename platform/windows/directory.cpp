@@ -35,6 +35,8 @@ int DirectorySearch::openDirectory(const char* path)
     return 0;
 }
 
+void DirectorySearch::forgetEarlierListing() {}
+
 const char* DirectorySearch::next()
 {
     if (!m_state)

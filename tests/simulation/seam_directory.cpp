@@ -50,6 +50,9 @@ int DirectorySearch::openDirectory(const char*)
     return ENOTDIR;
 }
 
+/// No client remembers anything here.
+void DirectorySearch::forgetEarlierListing() {}
+
 void DirectorySearch::close()
 {
     m_state.reset();

@@ -12,7 +12,7 @@
 #define FUSE_USE_VERSION 31
 #include <fuse3/fuse.h>
 
-#include "tests/faults/mount/control.h"
+#include "tests/faults/mount/posix/control_page.h"
 
 #include <dirent.h>
 #include <errno.h>
@@ -33,6 +33,7 @@ namespace {
 
 using namespace zorvel::test;
 using fault_mount::Control;
+using fault_mount::mapped;
 using fault_mount::Operation;
 
 std::string folder;
@@ -309,17 +310,6 @@ fuse_operations operations()
     all.releasedir = &releaseDirectory;
     all.statfs = &describe;
     return all;
-}
-
-/// Null with errno set on failure.
-Control* mapped(const char* path)
-{
-    const int descriptor = ::open(path, O_RDWR | O_CLOEXEC);
-    if (descriptor == -1)
-        return nullptr;
-    void* const page = mmap(nullptr, sizeof(Control), PROT_READ | PROT_WRITE, MAP_SHARED, descriptor, 0);
-    close(descriptor);
-    return page == MAP_FAILED ? nullptr : static_cast<Control*>(page);
 }
 
 /// A mount for as long as the object lives.

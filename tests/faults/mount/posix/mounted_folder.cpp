@@ -1,5 +1,7 @@
 #include "tests/faults/mount/posix/mounted_folder.h"
 
+#include "tests/faults/mount/posix/control_page.h"
+
 #include <fcntl.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
@@ -20,28 +22,40 @@ std::string nativeForm(std::string path)
     return path;
 }
 
-Control* mapped(const std::string& path)
+/// The time of a folder, which it can get back.
+class SameTick
 {
-    const int descriptor = ::open(path.c_str(), O_RDWR | O_CLOEXEC);
-    if (descriptor == -1)
-        throw std::runtime_error("no file of orders");
-    void* const page = mmap(nullptr, sizeof(Control), PROT_READ | PROT_WRITE, MAP_SHARED, descriptor, 0);
-    close(descriptor);
-    if (page == MAP_FAILED)
-        throw std::runtime_error("no page of orders");
-    return static_cast<Control*>(page);
-}
+public:
+    explicit SameTick(const std::string& folder) : m_folder(folder)
+    {
+        if (lstat(folder.c_str(), &m_before) != 0)
+            throw std::runtime_error("no folder");
+    }
+
+    void restore() const
+    {
+        const timespec times[] = {m_before.st_atim, m_before.st_mtim};
+        if (utimensat(AT_FDCWD, m_folder.c_str(), times, 0) != 0)
+            throw std::runtime_error("the folder keeps no time");
+    }
+
+private:
+    const std::string m_folder;
+    struct stat m_before;
+};
 
 }  // namespace
 
-MountedFolder::MountedFolder()
+MountedFolder::MountedFolder(const std::string& program)
 {
     m_tree.directory("folder");
     m_tree.directory("point");
     m_tree.file("orders", std::string(sizeof(Control), '\0'));
-    m_control = mapped(nativeForm(m_tree.path("orders")));
-    m_process.reset(new Process(
-        {ZORVEL_FAULT_MOUNT, nativeForm(m_tree.path("folder")), nativePath(), nativeForm(m_tree.path("orders"))}));
+    m_control = mapped(nativeForm(m_tree.path("orders")).c_str());
+    if (!m_control)
+        throw std::runtime_error("no page of orders");
+    m_process.reset(
+        new Process({program, nativeForm(m_tree.path("folder")), nativePath(), nativeForm(m_tree.path("orders"))}));
     std::string line;
     if (!m_process->readLine(line) || line != "mounted")
         throw std::runtime_error("no mount");
@@ -61,6 +75,21 @@ MountedFolder::~MountedFolder()
 std::string MountedFolder::nativePath() const
 {
     return nativeForm(path());
+}
+
+void MountedFolder::makeInTheSameTick(const std::string& name) const
+{
+    const SameTick tick(nativeForm(m_tree.path("folder")));
+    m_tree.file("folder/" + name);
+    tick.restore();
+}
+
+void MountedFolder::removeInTheSameTick(const std::string& name) const
+{
+    const SameTick tick(nativeForm(m_tree.path("folder")));
+    if (::unlink(nativeForm(m_tree.path("folder/" + name)).c_str()) != 0)
+        throw std::runtime_error("no such file");
+    tick.restore();
 }
 
 }  // namespace fault_mount

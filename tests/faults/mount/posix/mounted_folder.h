@@ -11,13 +11,13 @@ namespace zorvel {
 namespace test {
 namespace fault_mount {
 
-/// An empty folder that the program fault_mount shows, for as long as the
+/// An empty folder that one of the mounts here shows, for as long as the
 /// object lives. Lies where temporary trees do when it is made.
 class MountedFolder
 {
 public:
-    /// Throws std::runtime_error when there is no mount.
-    MountedFolder();
+    /// `program`: of the mount. Throws std::runtime_error when there is none.
+    explicit MountedFolder(const std::string& program = ZORVEL_FAULT_MOUNT);
     ~MountedFolder();
 
     MountedFolder(const MountedFolder&) = delete;
@@ -29,6 +29,12 @@ public:
 
     /// What is in it, seen without the mount.
     std::vector<std::string> names() const { return m_tree.names("folder"); }
+
+    /// Make or remove a file in it behind the mount's back, as another machine
+    /// does in the same tick of the server's clock as the change before: the
+    /// directory keeps its time. Throw std::runtime_error.
+    void makeInTheSameTick(const std::string& name) const;
+    void removeInTheSameTick(const std::string& name) const;
 
     Control& control() const { return *m_control; }
 
