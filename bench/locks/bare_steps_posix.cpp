@@ -36,15 +36,6 @@ class WaitingThread
 public:
     WaitingThread() : m_thread([this] { wait(); }) {}
 
-    void tell()
-    {
-        {
-            const std::lock_guard<std::mutex> guard(m_mutex);
-            m_isTold = true;
-        }
-        m_end.notify_one();
-    }
-
     /// To be woken takes longer than the thread's end, so that is looked for before anybody goes to sleep over it.
     ~WaitingThread()
     {
@@ -60,6 +51,15 @@ public:
     }
 
 private:
+    void tell()
+    {
+        {
+            const std::lock_guard<std::mutex> guard(m_mutex);
+            m_isTold = true;
+        }
+        m_end.notify_one();
+    }
+
     void wait()
     {
         std::unique_lock<std::mutex> guard(m_mutex);
@@ -248,13 +248,11 @@ private:
         return look(file);
     }
 
-    /// The thread touches nothing once it was told.
+    /// The thread has ended before its file is removed: it could touch it once more.
     static bool end(const std::string& file, Keeper& keeper)
     {
-        keeper->tell();
-        const bool isRemoved = remove(file);
         keeper.reset();
-        return isRemoved;
+        return remove(file);
     }
 
     const std::string m_directory;
