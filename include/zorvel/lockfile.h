@@ -107,7 +107,9 @@ public:
 
     /// Whether anything matches the pattern (see zvFindMatchingFilesAndDirs()).
     /// A missing directory holds nothing; one that cannot be listed throws
-    /// zvFileAccessError: nobody may take it for empty.
+    /// zvFileAccessError: nobody may take it for empty. Linux: a pattern with
+    /// wild cards is looked for in the directory itself, not in what a share's
+    /// client remembers of an earlier listing. Windows: the client may answer.
     virtual bool anyMatch(const char* pattern) = 0;
 
     /// As zvFindMatchingFilesAndDirs().
