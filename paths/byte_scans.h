@@ -102,16 +102,22 @@ inline bool sameRest(const char* left, const char* right, std::size_t size, std:
                          : Scans<narrow::Block>::sameRest(left, right, size, from);
 }
 
+/// Whether the first difference of eight bytes from the same eight with other bits settles that the texts are unlike.
+inline bool beginsUnlike(std::uint64_t differs)
+{
+    const std::uint64_t caseBits = 0x2020202020202020;
+    const unsigned shift = static_cast<unsigned>(__builtin_ctzll(differs)) & 0x38;
+    return (differs & ~caseBits) != 0 && areNeverAlike(static_cast<unsigned char>(differs >> shift));
+}
+
 /// Texts that are not equal differ most often among the first eight bytes.
 inline bool sameText(const char* left, const char* right, std::size_t size)
 {
     const std::uint64_t differs = size < 8 ? 0 : firstEight(left) ^ firstEight(right);
-    if (differs == 0)
+    if (__builtin_expect(differs == 0, true))
         return blocksAreWide ? Scans<wide::Block>::sameText(left, right, size)
                              : Scans<narrow::Block>::sameText(left, right, size);
-    const unsigned shift = static_cast<unsigned>(__builtin_ctzll(differs)) & 0x38;
-    return areNeverAlike(static_cast<unsigned char>(differs >> shift)) ? sameInSpiteOf(left, right, size)
-                                                                       : sameRest(left, right, size, 0);
+    return beginsUnlike(differs) ? sameInSpiteOf(left, right, size) : sameRest(left, right, size, 0);
 }
 
 inline void writeBackslashes(char* text, std::size_t size, Leads leads)

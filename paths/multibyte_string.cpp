@@ -74,12 +74,12 @@ bool sameFromByte(const char* left, const char* right, std::size_t size, std::si
                                                  : sameInSpiteOf(left, right, size);
 }
 
-bool sameButForCase(const char* left, const char* right, std::size_t size)
+__attribute__((noinline)) bool sameButForCase(const char* left, const char* right, std::size_t size)
 {
     return platform::lowersAsciiAsUsual() || sameInLocale(left, right, size);
 }
 
-bool sameInSpiteOf(const char* left, const char* right, std::size_t size)
+__attribute__((noinline)) bool sameInSpiteOf(const char* left, const char* right, std::size_t size)
 {
     return !platform::lowersAsciiAsUsual() && sameInLocale(left, right, size);
 }
@@ -91,7 +91,8 @@ inline bool equal(const char* left, std::size_t leftSize, const char* right, std
 {
     if (leftSize != rightSize)
         return false;
-    return testIsOfCodePage() ? sameText(left, right, leftSize) : sameCharacters(left, right, leftSize);
+    return __builtin_expect(testIsOfCodePage(), true) ? sameText(left, right, leftSize)
+                                                      : sameCharacters(left, right, leftSize);
 }
 
 }  // namespace

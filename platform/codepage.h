@@ -22,10 +22,18 @@ struct LeadBytes
 /// changed). The table is there for good. Thread-safe.
 const LeadBytes& allLeadBytes();
 
+/// What the system keeps about the letters of the current locale, of which the low 32 bits are 0 where
+/// lowersAsciiAsUsual(). As it comes, so that the one who asks the system is not one call more on the way: a comparison
+/// waits for it. Thread-safe.
+std::uintptr_t lettersBeyondAscii();
+
 /// Whether tolower() in the current locale turns A to Z into a to z and leaves
 /// the other bytes below 0x80 alone. False where that is not known.
 /// Thread-safe.
-bool lowersAsciiAsUsual();
+inline bool lowersAsciiAsUsual()
+{
+    return static_cast<std::uint32_t>(lettersBeyondAscii()) == 0;
+}
 
 /// What tolower() makes of each byte in the current locale, until the locale is
 /// changed: that of -128 first, that of 0 at lowerTableZero. Null where the system

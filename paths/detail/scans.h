@@ -25,37 +25,51 @@ struct ScanSteps
         return static_cast<Mask>(block.high() << 1) | static_cast<Mask>(i > 0 && (text[i - 1] & 0x80) != 0);
     }
 
-    /// The bytes of a block that differ. The block lies at the two places.
-    static Mask differing(const char* left, const char* right, std::size_t n = Block::size)
+    /// Bytes of the block at an index; none where there are none in any block.
+    struct Found
     {
-        return Block::load(left, n).differs(Block::load(right, n));
+        Mask bytes;
+        std::size_t index;
+    };
+
+    /// What Unlike finds first in the blocks of two texts, which begin a step apart; the last one ends where the texts
+    /// do. Most texts have one or two of them.
+    template <Mask (Block::*Unlike)(const Block&) const>
+    static Found firstUnlike(const char* left, const char* right, std::size_t size, std::size_t from, std::size_t step)
+    {
+        const std::size_t n = size - from;
+        if (n < Block::size)
+            return {(Block::load(left + from, n).*Unlike)(Block::load(right + from, n)), from};
+        const auto bytesAt = [&](std::size_t i) { return (Block::load(left + i).*Unlike)(Block::load(right + i)); };
+        const std::size_t last = size - Block::size;
+        Found found = {bytesAt(from), from};
+        if (found.bytes != 0 || from == last)
+            return found;
+        for (found.index += step; __builtin_expect(found.index < last, false); found.index += step) {
+            found.bytes = bytesAt(found.index);
+            if (found.bytes != 0)
+                return found;
+        }
+        return {bytesAt(last), last};
     }
 
-    /// The bytes of the block at index i that differ by more than the case of a letter. A letter behind a byte from
-    /// 0x80 may be a second byte.
-    static Mask unlike(const char* left, const char* right, std::size_t i, std::size_t n = Block::size)
+    /// Whether two texts are the same that are equal before these bytes, which differ. What is looked at again begins
+    /// with a byte that is the same in both.
+    static bool sameOrRest(const Found& differing, const char* left, const char* right, std::size_t size)
     {
-        const Block block = Block::load(left + i, n);
-        const Block other = Block::load(right + i, n);
-        return block.differs(other) & ~(block.otherCase(other) & ~behindHigh(block, left, i));
-    }
-
-    /// Whether two texts are the same that are equal before the block at index i, where these bytes differ.
-    static bool sameOrRest(Mask differing, const char* left, const char* right, std::size_t size, std::size_t i)
-    {
-        if (differing == 0)
+        if (differing.bytes == 0)
             return true;
-        const std::size_t at = i + Block::first(differing);
-        return areNeverAlike(static_cast<unsigned char>(left[at] ^ right[at]))
-                   ? sameInSpiteOf(left, right, size)
-                   : Scans<Block>::sameRest(left, right, size, i);
+        const std::size_t at = differing.index + Block::first(differing.bytes);
+        if (areNeverAlike(static_cast<unsigned char>(left[at] ^ right[at])))
+            return sameInSpiteOf(left, right, size);
+        return Scans<Block>::sameRest(left, right, size, at == 0 ? 0 : at - 1);
     }
 
-    /// Whether two texts are the same that are alike but for these bytes of the block at index i and what is behind it.
-    static bool sameOrFromByte(Mask unlike, const char* left, const char* right, std::size_t size, std::size_t i)
+    /// Whether two texts are the same that are alike but for these bytes and what is behind them.
+    static bool sameOrFromByte(const Found& unlike, const char* left, const char* right, std::size_t size)
     {
-        return unlike == 0 ? sameButForCase(left, right, size)
-                           : sameFromByte(left, right, size, i + Block::first(unlike));
+        return unlike.bytes == 0 ? sameButForCase(left, right, size)
+                                 : sameFromByte(left, right, size, unlike.index + Block::first(unlike.bytes));
     }
 
     /// Takes away the bits that stand for second bytes.
@@ -98,39 +112,23 @@ bool Scans<Block>::holdsHighByte(const char* text, std::size_t size)
     return false;
 }
 
-/// Most texts that are compared are equal to the last byte, or differ early. Of a text that fills a block the last one
-/// ends where the text does.
+/// Most texts that are compared are equal to the last byte, or differ early.
 template <class Block>
 bool Scans<Block>::sameText(const char* left, const char* right, std::size_t size)
 {
     typedef ScanSteps<Block> Steps;
-    if (size < Block::size)
-        return Steps::sameOrRest(Steps::differing(left, right, size), left, right, size, 0);
-    const std::size_t last = size - Block::size;
-    for (std::size_t i = 0; i < last; i += Block::size) {
-        const typename Block::Mask differing = Steps::differing(left + i, right + i);
-        if (differing != 0)
-            return Steps::sameOrRest(differing, left, right, size, i);
-    }
-    return Steps::sameOrRest(Steps::differing(left + last, right + last), left, right, size, last);
+    const auto found = Steps::template firstUnlike<&Block::differs>(left, right, size, 0, Block::size);
+    return Steps::sameOrRest(found, left, right, size);
 }
 
-/// What differs by more than the case of a letter is looked at by itself.
+/// What differs by more than the case of a letter is looked at by itself. A block begins with the last byte of the one
+/// before it, so that each byte is once seen behind another one.
 template <class Block>
 bool Scans<Block>::sameRest(const char* left, const char* right, std::size_t size, std::size_t from)
 {
     typedef ScanSteps<Block> Steps;
-    std::size_t i = from;
-    while (size - i > Block::size) {
-        const typename Block::Mask unlike = Steps::unlike(left, right, i);
-        if (unlike != 0)
-            return Steps::sameOrFromByte(unlike, left, right, size, i);
-        i += Block::size;
-    }
-    if (size < Block::size)
-        return Steps::sameOrFromByte(Steps::unlike(left, right, 0, size) & ~Block::lanes(i), left, right, size, 0);
-    const std::size_t last = size - Block::size;
-    return Steps::sameOrFromByte(Steps::unlike(left, right, last) & ~Block::lanes(i - last), left, right, size, last);
+    const auto found = Steps::template firstUnlike<&Block::unlike>(left, right, size, from, Block::size - 1);
+    return Steps::sameOrFromByte(found, left, right, size);
 }
 
 template <class Block>

@@ -16,10 +16,10 @@ public:
     typedef unsigned long long Mask;
     static const std::size_t size = 64;
 
-    static Block load(const char* p, std::size_t n)
-    {
-        return Block(n >= size ? _mm512_loadu_si512(p) : _mm512_maskz_loadu_epi8(lanes(n), p));
-    }
+    static Block load(const char* p) { return Block(_mm512_loadu_si512(p)); }
+
+    /// The first n bytes at p, at most 64.
+    static Block load(const char* p, std::size_t n) { return Block(_mm512_maskz_loadu_epi8(lanes(n), p)); }
 
     Mask equal(char byte) const { return _mm512_cmpeq_epi8_mask(m_bytes, _mm512_set1_epi8(byte)); }
     Mask high() const { return _mm512_movepi8_mask(m_bytes); }
@@ -38,10 +38,9 @@ public:
     {
         while (end - first >= 4 * static_cast<std::ptrdiff_t>(size)) {
             const char* const p = end - 4 * size;
-            const __m512i front =
-                _mm512_min_epu8(load(p, size).zeroForSeparators(), load(p + size, size).zeroForSeparators());
-            const __m512i back = _mm512_min_epu8(load(p + 2 * size, size).zeroForSeparators(),
-                                                 load(p + 3 * size, size).zeroForSeparators());
+            const __m512i front = _mm512_min_epu8(load(p).zeroForSeparators(), load(p + size).zeroForSeparators());
+            const __m512i back =
+                _mm512_min_epu8(load(p + 2 * size).zeroForSeparators(), load(p + 3 * size).zeroForSeparators());
             const __m512i zeros = _mm512_min_epu8(front, back);
             if (_mm512_testn_epi8_mask(zeros, zeros) != 0)
                 break;
@@ -50,13 +49,16 @@ public:
         return end;
     }
 
-    /// Where both have the same ASCII letter, one of them as a capital: which is what both have in common.
-    Mask otherCase(const Block& other) const
+    /// Where two texts differ by more than the case of an ASCII letter, as narrow::Block has it.
+    Mask unlike(const Block& other) const
     {
-        const __m512i letter = _mm512_sub_epi8(_mm512_and_si512(m_bytes, other.m_bytes), _mm512_set1_epi8('A'));
-        const Mask letters = _mm512_cmplt_epu8_mask(letter, _mm512_set1_epi8(26));
-        const __m512i apart = _mm512_xor_si512(m_bytes, other.m_bytes);
-        return _mm512_mask_cmpeq_epi8_mask(letters, apart, _mm512_set1_epi8('a' ^ 'A'));
+        const __m512i caseBit = _mm512_set1_epi8('a' ^ 'A');
+        const __m512i letter = _mm512_add_epi8(_mm512_or_si512(m_bytes, caseBit), _mm512_set1_epi8(-'a'));
+        const Mask letters = _kandn_mask64(behindHigh(), _mm512_cmplt_epu8_mask(letter, _mm512_set1_epi8(26)));
+        const __m512i mayDiffer = _mm512_maskz_mov_epi8(letters, caseBit);
+        const int differsAndMayNot = 0x06;
+        const __m512i unlike = _mm512_ternarylogic_epi64(mayDiffer, m_bytes, other.m_bytes, differsAndMayNot);
+        return _mm512_test_epi8_mask(unlike, unlike);
     }
 
     static void write(char* p, std::size_t, Mask where, char byte)
@@ -66,10 +68,15 @@ public:
 
     static std::size_t first(Mask bits) { return static_cast<std::size_t>(__builtin_ctzll(bits)); }
     static std::size_t last(Mask bits) { return 63 - static_cast<std::size_t>(__builtin_clzll(bits)); }
-    static Mask lanes(std::size_t n) { return n >= size ? ~Mask(0) : _bzhi_u64(~Mask(0), static_cast<unsigned>(n)); }
+
+    /// The first n bytes, at most 64.
+    static Mask lanes(std::size_t n) { return _bzhi_u64(~Mask(0), static_cast<unsigned>(n)); }
 
 private:
     explicit Block(__m512i bytes) : m_bytes(bytes) {}
+
+    /// The mask moved on by one: twice it.
+    Mask behindHigh() const { return _kadd_mask64(high(), high()); }
 
     /// 0 for the two separators and for nothing else. They differ in the bits 0x73, of which the lowest tells which
     /// of the two it is: where it is set the others are turned round, which makes one byte of both. That is linear in

@@ -1,8 +1,9 @@
 #include "platform/codepage.h"
 
+#include "platform/posix/short_name.h"
+
 #include <atomic>
 #include <cstdint>
-#include <cstring>
 #include <cwchar>
 
 #include <langinfo.h>
@@ -46,39 +47,31 @@ constexpr LeadBytes ofOthers = in({0x81, 0xFE});
 
 struct Codeset
 {
-    const char* name;
+    ShortName name;
     const LeadBytes& leads;
 };
 
-/// Names as nl_langinfo gives them, in capitals, and the usual aliases.
+/// Names as nl_langinfo gives them, in capitals, and the usual aliases; first the one that nearly every process has.
 ///
 /// In EUC-JP 0x8F announces two more bytes. It counts as a single byte here, so
 /// that those two form the pair and the next character is met at its beginning.
 /// The four-byte characters of GB18030 and EUC-TW read as two pairs.
-const Codeset codesets[] = {
-    {"ANSI_X3.4-1968", ofNone}, {"SHIFT_JIS", ofShiftJis},   {"SHIFT_JISX0213", ofShiftJis},
-    {"SJIS", ofShiftJis},       {"WINDOWS-31J", ofShiftJis}, {"CP932", ofShiftJis},
-    {"GBK", ofOthers},          {"CP936", ofOthers},         {"GB18030", ofOthers},
-    {"UHC", ofOthers},          {"CP949", ofOthers},         {"JOHAB", ofJohab},
-    {"BIG5", ofOthers},         {"BIG5-HKSCS", ofOthers},    {"CP950", ofOthers},
-    {"EUC-JP", ofEucJp},        {"EUC-JP-MS", ofEucJp},      {"EUC-JISX0213", ofEucJp},
-    {"EUC-TW", ofEucJp},        {"EUC-KR", ofEuc},           {"EUC-CN", ofEuc},
-    {"GB2312", ofEuc},
+constexpr Codeset codesets[] = {
+    {"UTF-8", ofNone},    {"ANSI_X3.4-1968", ofNone},  {"SHIFT_JIS", ofShiftJis}, {"SHIFT_JISX0213", ofShiftJis},
+    {"SJIS", ofShiftJis}, {"WINDOWS-31J", ofShiftJis}, {"CP932", ofShiftJis},     {"GBK", ofOthers},
+    {"CP936", ofOthers},  {"GB18030", ofOthers},       {"UHC", ofOthers},         {"CP949", ofOthers},
+    {"JOHAB", ofJohab},   {"BIG5", ofOthers},          {"BIG5-HKSCS", ofOthers},  {"CP950", ofOthers},
+    {"EUC-JP", ofEucJp},  {"EUC-JP-MS", ofEucJp},      {"EUC-JISX0213", ofEucJp}, {"EUC-TW", ofEucJp},
+    {"EUC-KR", ofEuc},    {"EUC-CN", ofEuc},           {"GB2312", ofEuc},
 };
-
-/// The codeset that nearly every process runs in: no need to search, nor to call anybody.
-bool isUtf8(const char* name)
-{
-    return name[0] == 'U' && name[1] == 'T' && name[2] == 'F' && name[3] == '-' && name[4] == '8' && name[5] == '\0';
-}
 
 /// Where the name was found the last time: most processes have one codeset.
 std::atomic<const Codeset*> lastFound(codesets);
 
-const LeadBytes& find(const char* name)
+__attribute__((noinline)) const LeadBytes& find(const char* name)
 {
     for (const Codeset& codeset : codesets) {
-        if (std::strcmp(name, codeset.name) != 0)
+        if (!codeset.name.is(name))
             continue;
         lastFound.store(&codeset, std::memory_order_relaxed);
         return codeset.leads;
@@ -92,10 +85,8 @@ const LeadBytes& find(const char* name)
 const LeadBytes& allLeadBytes()
 {
     const char* const name = nl_langinfo(CODESET);
-    if (isUtf8(name))
-        return ofNone;
     const Codeset& known = *lastFound.load(std::memory_order_relaxed);
-    return std::strcmp(name, known.name) == 0 ? known.leads : find(name);
+    return known.name.is(name) ? known.leads : find(name);
 }
 
 bool isLeadByte(unsigned char byte)
@@ -106,9 +97,9 @@ bool isLeadByte(unsigned char byte)
 /// The C library keeps with each locale whether there is more to letter case in
 /// it than ASCII, for the same use. Only the low half of the answer is the
 /// number; the rest of the pointer is nothing.
-bool lowersAsciiAsUsual()
+std::uintptr_t lettersBeyondAscii()
 {
-    return static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(nl_langinfo(_NL_CTYPE_NONASCII_CASE))) == 0;
+    return reinterpret_cast<std::uintptr_t>(nl_langinfo(_NL_CTYPE_NONASCII_CASE));
 }
 
 /// By the table of the current locale, as tolower() does. (What isalpha() and its like read is a table of the

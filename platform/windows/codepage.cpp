@@ -35,10 +35,11 @@ bool isLeadByte(unsigned char byte)
     return byte >= 0x80 && allLeadBytes().of[byte];
 }
 
-bool lowersAsciiAsUsual()
+/// Only of the locale "C" is known what it does.
+std::uintptr_t lettersBeyondAscii()
 {
     const char* const locale = std::setlocale(LC_CTYPE, nullptr);
-    return locale != nullptr && std::strcmp(locale, "C") == 0;
+    return locale != nullptr && std::strcmp(locale, "C") == 0 ? 0 : 1;
 }
 
 const std::int32_t* lowerTable()

@@ -153,6 +153,48 @@ TEST(BlockScans, Comparisons)
     EXPECT_GT(rounds, same);
 }
 
+/// Wherever the one difference of two texts lies in a block: whether it is one of case alone depends on the byte
+/// before it, which may lie in another block.
+TEST(BlockScans, OneDifferenceAtEveryPlace)
+{
+    typedef Scans<narrow::Block> Narrow;
+    const bool hasLeads = zorvel::platform::allLeadBytes().of[0x95];
+    const struct
+    {
+        std::string left;
+        std::string right;
+        bool areSame;
+    } cases[] = {
+        {"ba", "bA", true},
+        {"b/", "b\\", true},
+        {"\x95"
+         "a",
+         "\x95"
+         "A",
+         !hasLeads},
+        {"ba", "bw", false},
+        {"b[", "b{", false},
+        {"\x95/", "\x95\\", !hasLeads},
+        {"b\x80", "b\xA0", false},
+        {"\x95\xE1", "\x95\xC1", false},
+    };
+    for (const auto& one : cases) {
+        for (std::size_t size = 2; size <= 200; ++size) {
+            for (std::size_t at = 0; at + 2 <= size; ++at) {
+                for (const char otherwise : {'x', 'X'}) {
+                    const std::string left = std::string(size, 'x').replace(at, 2, one.left);
+                    const std::string right = std::string(size, otherwise).replace(at, 2, one.right);
+                    SCOPED_TRACE(left + " " + right);
+                    ASSERT_EQ(one.areSame, sameText(left.data(), right.data(), size));
+                    ASSERT_EQ(one.areSame, sameRest(left.data(), right.data(), size, 0));
+                    ASSERT_EQ(one.areSame, Narrow::sameText(left.data(), right.data(), size));
+                    ASSERT_EQ(one.areSame, Narrow::sameRest(left.data(), right.data(), size, 0));
+                }
+            }
+        }
+    }
+}
+
 TEST(BlockScans, Searches)
 {
     Texts texts;
