@@ -94,9 +94,11 @@ bool zvSemaphoreIPC::AcquireLock(bool timed, bool tryOnly)
     const unsigned long result = platform::waitForSemaphore(handle, tryOnly ? 0
                                                                     : timed ? limit
                                                                             : platform::waitForever);
-    switch (result) {
-    case platform::waitSucceeded: ownsLock = true; return true;
-    case platform::waitFailed:
+    if (__builtin_expect(result == platform::waitSucceeded, true)) {
+        ownsLock = true;
+        return true;
+    }
+    if (result == platform::waitFailed) {
         // lastError stays 0: callers tell a refused wait from a timeout by that.
         reportSystemError(ZORVEL_SEM_WAIT_FAILED, name);
         return false;

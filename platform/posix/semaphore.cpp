@@ -88,15 +88,16 @@ void* openOrMake(const std::string& name, long initialCount, long maximumCount)
     return file ? handles().add(file) : nullptr;
 }
 
-void wakeSleeper(SharedSemaphore& semaphore)
+__attribute__((noinline)) void wakeSleeper(SharedSemaphore& semaphore)
 {
     ::syscall(SYS_futex, &semaphore.count, FUTEX_WAKE, 1, nullptr, nullptr, 0);
 }
 
-/// Adds one; false at the maximum. Somebody may have gone to sleep for it.
-bool give(SharedSemaphore& semaphore)
+/// Adds one; false at the maximum. Whoever gives one back has most often the only one. Somebody may have gone to sleep
+/// for it.
+inline bool give(SharedSemaphore& semaphore)
 {
-    std::uint32_t count = semaphore.count;
+    std::uint32_t count = 0;
     do {
         if (count >= semaphore.maximum)
             return false;
@@ -106,8 +107,12 @@ bool give(SharedSemaphore& semaphore)
     return true;
 }
 
-unsigned long waitForKept(const std::shared_ptr<SemaphoreFile>& file, unsigned long milliseconds)
+/// What neither can be had at once nor refused at once, with the semaphore kept for as long as it takes. By itself, so
+/// that what can be had at once is had without anything on the stack: that has to be in memory before the processes'
+/// word is touched.
+__attribute__((noinline)) unsigned long waitForKept(void* handle, unsigned long milliseconds)
 {
+    const std::shared_ptr<SemaphoreFile> file = handles().find(handle);
     if (!file) {
         errno = EBADF;
         return waitFailed;
@@ -119,8 +124,9 @@ unsigned long waitForKept(const std::shared_ptr<SemaphoreFile>& file, unsigned l
     return posix::waitForTaken(*file, milliseconds);
 }
 
-bool releaseKept(const std::shared_ptr<SemaphoreFile>& file)
+__attribute__((noinline)) bool releaseKept(void* handle)
 {
+    const std::shared_ptr<SemaphoreFile> file = handles().find(handle);
     if (file && give(file->shared()))
         return true;
     errno = file ? EOVERFLOW : EBADF;
@@ -143,17 +149,16 @@ void* createSemaphore(const std::string& name, long initialCount, long maximumCo
     }
 }
 
-/// What neither can be had at once nor refused at once is done by the ways below, which keep the semaphore.
 unsigned long waitForSemaphore(void* handle, unsigned long milliseconds)
 {
     SharedSemaphore* const open = static_cast<SharedSemaphore*>(SemaphorePlace::of(handle));
-    return open && take(*open) ? waitSucceeded : waitForKept(handles().find(handle), milliseconds);
+    return open && take(*open) ? waitSucceeded : waitForKept(handle, milliseconds);
 }
 
 bool releaseSemaphore(void* handle)
 {
     SharedSemaphore* const open = static_cast<SharedSemaphore*>(SemaphorePlace::of(handle));
-    return (open && give(*open)) || releaseKept(handles().find(handle));
+    return (open && give(*open)) || releaseKept(handle);
 }
 
 int closeSemaphore(void* handle)

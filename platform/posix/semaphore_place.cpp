@@ -1,6 +1,5 @@
 #include "platform/posix/semaphore_place.h"
 
-#include <atomic>
 #include <mutex>
 
 #include <sys/mman.h>
@@ -12,43 +11,13 @@ namespace platform {
 namespace posix {
 namespace {
 
-typedef std::uintptr_t Address;
-
-const Address pageSize = SemaphorePlace::size;
-const Address placesInBlock = 64;
-const Address blockSize = placesInBlock * pageSize;
-
-/// Addresses of a process have 47 bits.
-const int addressBits = 47;
-const Address pageMask = (Address(1) << addressBits) - pageSize;
-
 const unsigned placesAtRest = 256;
-
-/// What is known of each place of a block, in its first page, which is no place. A block begins at a multiple of its
-/// size, so that it is found from each of its places.
-struct Block
-{
-    std::atomic<Address> handle[placesInBlock];  ///< 0 while none is open
-    std::uint32_t taken[placesInBlock];
-    void* next[placesInBlock];  ///< of those at rest
-};
-static_assert(sizeof(Block) <= pageSize, "it is the first page of the block");
-
-Block& blockOf(Address place)
-{
-    return *reinterpret_cast<Block*>(place & ~(blockSize - 1));
-}
-
-std::size_t indexOf(Address place)
-{
-    return place % blockSize / pageSize;
-}
 
 const int emptyMemory = MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE;
 
-void* mapEmpty(std::size_t size)
+void* mapEmpty(std::size_t bytes)
 {
-    return ::mmap(nullptr, size, PROT_READ | PROT_WRITE, emptyMemory, -1, 0);
+    return ::mmap(nullptr, bytes, PROT_READ | PROT_WRITE, emptyMemory, -1, 0);
 }
 
 /// Puts an empty page at a place. The bare system call, because sanitizers take
@@ -56,11 +25,14 @@ void* mapEmpty(std::size_t size)
 /// the place just now: they go on with one page or with the other.
 bool replaceByEmptyPage(void* place)
 {
-    return ::syscall(SYS_mmap, place, pageSize, PROT_READ | PROT_WRITE, emptyMemory | MAP_FIXED, -1, 0) != -1;
+    return ::syscall(SYS_mmap, place, SemaphorePlace::size, PROT_READ | PROT_WRITE, emptyMemory | MAP_FIXED, -1, 0) !=
+           -1;
 }
 
+}  // namespace
+
 /// A block of new places, or 0. What is mapped too much for the sake of its beginning goes back.
-Address makeBlock()
+SemaphorePlace::Address SemaphorePlace::makeBlock()
 {
     void* const memory = mapEmpty(2 * blockSize);
     if (memory == MAP_FAILED)
@@ -75,7 +47,7 @@ Address makeBlock()
 
 /// The places that nobody has: those at rest, in the order in which they were given up, and those of the last block
 /// that were never taken.
-class FreePlaces
+class SemaphorePlace::FreePlaces
 {
 public:
     void* take()
@@ -86,7 +58,7 @@ public:
         if (m_unused == m_end && !addBlock())
             return takeOldest();
         void* const place = reinterpret_cast<void*>(m_unused);
-        m_unused += pageSize;
+        m_unused += size;
         return place;
     }
 
@@ -121,7 +93,7 @@ private:
         const Address block = makeBlock();
         if (block == 0)
             return false;
-        m_unused = block + pageSize;
+        m_unused = block + size;
         m_end = block + blockSize;
         return true;
     }
@@ -135,18 +107,11 @@ private:
 };
 
 /// Never destroyed: semaphores of the application's static objects outlive ours.
-FreePlaces& freePlaces()
+SemaphorePlace::FreePlaces& SemaphorePlace::freePlaces()
 {
     static FreePlaces* const places = new FreePlaces;
     return *places;
 }
-
-Address placeOf(Address handle)
-{
-    return handle & pageMask;
-}
-
-}  // namespace
 
 void* SemaphorePlace::take()
 {
@@ -164,24 +129,15 @@ void* SemaphorePlace::openHandle(void* place)
     const Address address = reinterpret_cast<Address>(place);
     Block& block = blockOf(address);
     const Address taken = ++block.taken[indexOf(address)];
-    const Address handle = address | taken % pageSize | taken / pageSize << addressBits;
+    const Address handle = address | taken % size | taken / size << addressBits;
     block.handle[indexOf(address)].store(handle, std::memory_order_release);
     return reinterpret_cast<void*>(handle);
 }
 
 void SemaphorePlace::closeHandle(void* handle)
 {
-    const Address place = placeOf(reinterpret_cast<Address>(handle));
+    const Address place = reinterpret_cast<Address>(handle) & pageMask;
     blockOf(place).handle[indexOf(place)].store(0, std::memory_order_release);
-}
-
-void* SemaphorePlace::of(void* handle)
-{
-    const Address wanted = reinterpret_cast<Address>(handle);
-    const Address place = placeOf(wanted);
-    if (place == 0 || blockOf(place).handle[indexOf(place)].load(std::memory_order_acquire) != wanted)
-        return nullptr;
-    return reinterpret_cast<void*>(place);
 }
 
 }  // namespace posix

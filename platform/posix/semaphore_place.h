@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 
@@ -40,7 +41,41 @@ public:
 
     /// The place of a handle that is open, null for any other that was given
     /// once, and for null. Takes no lock. Thread-safe.
-    static void* of(void* handle);
+    static void* of(void* handle)
+    {
+        const Address wanted = reinterpret_cast<Address>(handle);
+        const Address place = wanted & pageMask;
+        if (place == 0 || blockOf(place).handle[indexOf(place)].load(std::memory_order_acquire) != wanted)
+            return nullptr;
+        return reinterpret_cast<void*>(place);
+    }
+
+private:
+    typedef std::uintptr_t Address;
+
+    static const Address placesInBlock = 64;
+    static const Address blockSize = placesInBlock * size;
+
+    /// Addresses of a process have 47 bits.
+    static const int addressBits = 47;
+    static const Address pageMask = (Address(1) << addressBits) - size;
+
+    /// What is known of each place of a block, in its first page, which is no place. A block begins at a multiple of
+    /// its size, so that it is found from each of its places.
+    struct Block
+    {
+        std::atomic<Address> handle[placesInBlock];  ///< 0 while none is open
+        std::uint32_t taken[placesInBlock];
+        void* next[placesInBlock];  ///< of those at rest
+    };
+    static_assert(sizeof(Block) <= size, "it is the first page of the block");
+
+    static Block& blockOf(Address place) { return *reinterpret_cast<Block*>(place & ~(blockSize - 1)); }
+    static std::size_t indexOf(Address place) { return place % blockSize / size; }
+
+    class FreePlaces;
+    static FreePlaces& freePlaces();
+    static Address makeBlock();
 };
 
 }  // namespace posix
