@@ -43,10 +43,8 @@ def _measure_ours(results, kind, count, pauses):
     results.add(f"lock-{kind}", pause.name, "us", [pauses], pause.settings)
     for contestant in (contestants.zorvel(kind), contestants.bare(kind)):
         sample = statistics.median(cycle_times(contestant, count))
-        above = f"lock-{kind}-above-pauses"
-        results.add(above, contestant.name, "us", [sample - PAUSE_USEC], contestant.settings)
-        if contestant.name == "zorvel":
-            results.add(f"lock-{kind}", contestant.name, "us", [sample], contestant.settings)
+        results.add(f"lock-{kind}", contestant.name, "us", [sample], contestant.settings)
+        results.add(f"lock-{kind}-above-pauses", contestant.name, "us", [sample - PAUSE_USEC], contestant.settings)
 
 
 def calls(contestant, count):
