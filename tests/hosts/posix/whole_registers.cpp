@@ -1,6 +1,7 @@
-/// Preloaded into a guest's kernel, which keeps 832 bytes of a process's floating-point registers: what a processor
-/// with AVX has. A newer processor has more, and its kernel takes them only as a whole. So what the guest does not know
-/// is added to what it writes, from what the process has just then.
+/// Preloaded into a guest's kernel, which keeps a process's floating-point registers in a space of its own size: some
+/// versions in 832 bytes, what a processor with AVX has, others in 2696. The processor may have more or less, and its
+/// kernel takes them only as a whole. So what the guest does not know is added to what it writes, from what the process
+/// has just then, and what the processor does not have is left out.
 ///
 /// What is added is not kept apart for each thread of a guest, so no program in a guest may use it (see
 /// rig/guest-init).
@@ -11,6 +12,7 @@
 #include <sys/uio.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdarg>
 #include <cstring>
 
@@ -33,8 +35,8 @@ long writeWhole(pid_t process, const iovec& known)
     iovec all = {whole, sizeof whole};
     if (call(PTRACE_GETREGSET, process, what, &all) != 0)
         return -1;
-    if (known.iov_len <= all.iov_len)
-        std::memcpy(whole, known.iov_base, known.iov_len);
+    // A guest's kernel that knows more than this processor has gives the rest as nothing.
+    std::memcpy(whole, known.iov_base, std::min(known.iov_len, all.iov_len));
     return call(PTRACE_SETREGSET, process, what, &all);
 }
 
