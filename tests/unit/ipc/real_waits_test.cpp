@@ -36,6 +36,29 @@ TEST_F(RealWaits, AFreshSemaphoreIsFreeForOne)
     EXPECT_EQ("", messages());
 }
 
+/// Who sleeps looks by itself too, every second: nine seconds and more for ten sleeps, if nobody woke it.
+TEST_F(RealWaits, AReleaseWakesWhoSleeps)
+{
+    const std::string name = freshName();
+    const auto holder = opened(name);
+    const auto waiter = opened(name);
+    double waited = 0;
+    for (int i = 0; i < 10; ++i) {
+        ASSERT_TRUE(holder->Acquire(false));
+        std::thread sleeper([&] {
+            EXPECT_TRUE(waiter->Acquire(false));
+            EXPECT_TRUE(waiter->Release());
+        });
+        std::this_thread::sleep_for(std::chrono::milliseconds(50));
+        const Clock::time_point released = Clock::now();
+        EXPECT_TRUE(holder->Release());
+        sleeper.join();
+        waited += secondsSince(released);
+    }
+    EXPECT_GT(5, waited);
+    EXPECT_EQ("", messages());
+}
+
 TEST_F(RealWaits, ATimedAcquireEndsAfterItsSeconds)
 {
     const std::string name = freshName();
