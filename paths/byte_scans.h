@@ -48,7 +48,8 @@ struct Scans
     /// Whether two texts of one size are equal by character, where the lead-byte test is the code page's own.
     static bool sameText(const char* left, const char* right, std::size_t size);
 
-    /// The same where all before an index is alike already, in a locale with the usual letters.
+    /// The same where all before an index is alike already, in a locale with the usual letters, and no second byte of a
+    /// character that differs stands at the index.
     static bool sameRest(const char* left, const char* right, std::size_t size, std::size_t from);
 
     /// Writes '\' for each '/'.
